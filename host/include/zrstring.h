@@ -1,0 +1,81 @@
+#pragma once
+// The host's strings: ZrString holds 32-bit characters, ZrUtf8String UTF-8 bytes.
+
+#include "zrhost_export.h"
+
+#include <QString>
+#include <string>
+
+class ZrUtf8String;
+
+class ZRHOST_EXPORT ZrString
+{
+public:
+    ZrString() = default;
+    ZrString(const wchar_t* text) : m_text(text ? text : L"") {}
+    ZrString(const wchar_t* text, size_t length) : m_text(text, length) {}
+    explicit ZrString(std::wstring text) : m_text(std::move(text)) {}
+    explicit ZrString(const QString& text) : m_text(text.toStdWString()) {}
+    explicit ZrString(const ZrUtf8String& text);
+
+    static ZrString fromUtf8(const char* text);
+    // printf-style formatting of the host's "%d" and "%s" texts; %s takes a const wchar_t*.
+    static ZrString format(const wchar_t* fmt, ...);
+
+    const wchar_t* kwszPtr() const { return m_text.c_str(); }
+    const wchar_t* c_str() const { return m_text.c_str(); }
+    const std::wstring& std() const { return m_text; }
+    int length() const { return static_cast<int>(m_text.size()); }
+    bool isEmpty() const { return m_text.empty(); }
+    wchar_t operator[](int i) const { return m_text[static_cast<size_t>(i)]; }
+
+    QString toQString() const { return QString::fromStdWString(m_text); }
+    ZrUtf8String toUtf8() const;
+
+    // Below 0 sorts first; case matters.
+    int compare(const ZrString& other) const;
+    // 0 when equal regardless of case.
+    int compareNoCase(const ZrString& other) const;
+    // Position of a case-sensitive substring, -1 when absent.
+    int find(const ZrString& sub) const;
+    // Position of the first character that is one of `chars`, -1 when none.
+    int findOneOf(const wchar_t* chars) const;
+    ZrString& trim();
+    ZrString& makeUpper();
+
+    ZrString& operator+=(const ZrString& other) { m_text += other.m_text; return *this; }
+    friend ZrString operator+(ZrString a, const ZrString& b) { return a += b; }
+    friend bool operator==(const ZrString& a, const ZrString& b) { return a.m_text == b.m_text; }
+    friend bool operator!=(const ZrString& a, const ZrString& b) { return a.m_text != b.m_text; }
+    friend bool operator<(const ZrString& a, const ZrString& b) { return a.m_text < b.m_text; }
+
+private:
+    std::wstring m_text;
+};
+
+class ZRHOST_EXPORT ZrUtf8String
+{
+public:
+    ZrUtf8String() = default;
+    ZrUtf8String(const char* text) : m_text(text ? text : "") {}
+    ZrUtf8String(std::string text) : m_text(std::move(text)) {}
+    explicit ZrUtf8String(const QString& text) : m_text(text.toStdString()) {}
+
+    const char* kszPtr() const { return m_text.c_str(); }
+    const char* c_str() const { return m_text.c_str(); }
+    const std::string& std() const { return m_text; }
+    int length() const { return static_cast<int>(m_text.size()); }
+    bool isEmpty() const { return m_text.empty(); }
+
+    QString toQString() const { return QString::fromStdString(m_text); }
+    ZrString toWide() const { return ZrString(*this); }
+
+    ZrUtf8String& operator+=(const ZrUtf8String& other) { m_text += other.m_text; return *this; }
+    friend ZrUtf8String operator+(ZrUtf8String a, const ZrUtf8String& b) { return a += b; }
+    friend bool operator==(const ZrUtf8String& a, const ZrUtf8String& b) { return a.m_text == b.m_text; }
+    friend bool operator!=(const ZrUtf8String& a, const ZrUtf8String& b) { return a.m_text != b.m_text; }
+    friend bool operator<(const ZrUtf8String& a, const ZrUtf8String& b) { return a.m_text < b.m_text; }
+
+private:
+    std::string m_text;
+};

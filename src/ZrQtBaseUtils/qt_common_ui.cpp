@@ -1,0 +1,97 @@
+#include "qt_common_ui.h"
+
+#include "qt_messagebox.h"
+#include "qt_utils.h"
+
+#include "zrarbitdict.h"
+#include "zrui.h"
+
+#include <QApplication>
+#include <QWidget>
+
+namespace {
+
+const wchar_t kCommandGroup[] = L"ZRAPP";
+const wchar_t kCommandName[] = L"GLOBAL_UI_UPDATEDB";
+const int32_t kCommandFlags = 12648470;
+
+// The host always registers its command stack before it loads a module; there is no recovery
+// when it has not, so a missing or foreign object fails here on the spot.
+ZrEdCommandStack* commandStack()
+{
+    return static_cast<ZrEdCommandStack*>(zrrxSysRegistry()->at(ACRX_COMMAND_DOCK)->queryX(ZrEdCommandStack::desc()));
+}
+
+// Removing the command goes first, so that nothing can reach the service while it goes.
+void unloadModule()
+{
+    commandStack()->removeCmd(kCommandGroup, kCommandName);
+    zr_arbitDict_clearservice(kZrQtCommonUISvrSlot);
+}
+
+template <class T>
+ZrSmartPtr<ZrUiDialogBase> createModal(QWidget* parent)
+{
+    ZrSmartPtr<ZrQtModalDialog<T>> frame(new ZrQtRxObjectImpl<ZrQtModalDialog<T>>(), kZrAttach);
+    if (!frame->onCreate(parent, Qt::WindowFlags(), nullptr))
+        return nullptr;
+    return ZrSmartPtr<ZrUiDialogBase>(frame.get());
+}
+
+// A message box stacks on whatever modal dialog is open; other dialogs go on the host's target window.
+QWidget* messageBoxParent()
+{
+    if (QWidget* modal = QApplication::activeModalWidget())
+        return modal;
+    if (QWidget* active = QApplication::activeWindow())
+        return active;
+    return static_cast<QWidget*>(zruiCurTargetWindow());
+}
+
+} // namespace
+
+extern "C" {
+
+int64_t zrrxEntryPoint(int message)
+{
+    if (message == 1)
+        initApp();
+    else if (message == 2)
+        unloadModule();
+    return 0;
+}
+
+void initApp()
+{
+    ZrSmartPtr<ZrQtCommonUISvr> service(new ZrRxObjectImpl<ZrQtCommonUISvr>(), kZrAttach);
+    zr_arbitDict_regservice(kZrQtCommonUISvrSlot, ZrRxObjectPtr(service.get()));
+    service.release();
+    commandStack()->addCommand(kCommandGroup, kCommandName, kCommandName, kCommandFlags,
+                               &zrqthelper::zrmdGlobalUIUpdateDb, nullptr, -1, ZrRxResourceInstance(nullptr), nullptr);
+}
+
+void uninitApp() { unloadModule(); }
+
+} // extern "C"
+
+ZR_RX_DEFINE_MEMBERS(ZrQtCommonUISvr, ZrUiService)
+
+ZrQtCommonUISvr::ZrQtCommonUISvr() = default;
+ZrQtCommonUISvr::~ZrQtCommonUISvr() = default;
+
+ZrSmartPtr<ZrUiDialogBase> ZrQtCommonUISvr::createDialog(const ZrString& name, void* parent)
+{
+    auto* parentWidget = static_cast<QWidget*>(parent);
+    const bool isMessageBox = name.compareNoCase(ZrString(L"MessageBox")) == 0;
+    if (!parentWidget) {
+        parentWidget = static_cast<QWidget*>(zruiCurTargetWindow());
+        if (isMessageBox)
+            parentWidget = messageBoxParent();
+    }
+    if (isMessageBox)
+        return createModal<ZrQtMessageBox>(parentWidget);
+    return nullptr;
+}
+
+void ZrQtCommonUISvr::setUpdateDbHelpInfo(const SZrGlobalUIUpdateDbHelp& info) { m_updateDbHelp = info; }
+const SZrGlobalUIUpdateDbHelp& ZrQtCommonUISvr::getUpdateDbHelpInfo() const { return m_updateDbHelp; }

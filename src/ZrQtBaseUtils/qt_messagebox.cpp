@@ -1,0 +1,273 @@
+#include "qt_messagebox.h"
+
+#include "ZrQtUtilsFunc.h"
+#include "zrsvglabel.h"
+
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QDebug>
+#include <QFile>
+#include <QHBoxLayout>
+#include <QIcon>
+#include <QLabel>
+#include <QPushButton>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+namespace {
+
+// Messages wider than this are wrapped by hand, so that the box does not grow with long text.
+const int kWrapWidth = 351;
+const int kWrapLimit = 349;
+
+struct IconEntry
+{
+    int code;
+    const char* image;
+    bool raw;
+};
+
+const IconEntry kIcons[] = {
+    {32, "question.svg", false},
+    {48, "common/information.svg", true},
+    {64, "TriangleWarningBig.svg", false},
+    {80, "common/error.png", true},
+};
+
+QString iconPath(int dlgtype)
+{
+    const int code = dlgtype & 0xFF;
+    for (const IconEntry& entry : kIcons) {
+        if (entry.code == code)
+            return zrutGetImageFullPath(QString::fromLatin1(entry.image), entry.raw);
+    }
+    return QString();
+}
+
+struct ButtonSpec
+{
+    const char* key;
+    const char* text;
+    char shortcut;
+    int id;
+};
+
+const ButtonSpec kOk0 = {"IDS_DLG_PROMPT_OK_KEY", "确定(&O)", 'O', 0};
+const ButtonSpec kOk1 = {"IDS_DLG_PROMPT_OK_KEY", "确定(&O)", 'O', 1};
+const ButtonSpec kCancel = {"IDS_EATTEXT_5", "取消(&C)", 'C', 2};
+// The abort and retry buttons cross their shortcuts and ids on purpose: callers read these ids.
+const ButtonSpec kAbort = {"IDS_QTUTILS_TASKDIALOG_0", "终止(&T)", 'R', 4};
+const ButtonSpec kRetryCrossed = {"IDS_UITASKDIALOG_PROMPT4", "重试(&R)", 'T', 3};
+const ButtonSpec kIgnore = {"CMDSRES_IDD_DIALOG_HATCH_27", "忽略(&I)", 'I', 5};
+const ButtonSpec kYes = {"IDS_EATTEXT_118", "是(&Y)", 'Y', 6};
+const ButtonSpec kNo = {"IDS_EATTEXT_119", "否(&N)", 'N', 7};
+const ButtonSpec kRetry = {"IDS_UITASKDIALOG_PROMPT4", "重试(&R)", 'R', 4};
+
+std::vector<ButtonSpec> buttonSet(int flag)
+{
+    switch (flag) {
+    case 0: return {kOk0};
+    case 1: return {kOk1, kCancel};
+    case 2: return {kAbort, kRetryCrossed, kIgnore};
+    case 3: return {kYes, kNo, kCancel};
+    case 4: return {kYes, kNo};
+    case 5: return {kRetry, kCancel};
+    default: return {};
+    }
+}
+
+QString buttonText(const ButtonSpec& spec) { return zrUiText(spec.key, QString::fromUtf8(spec.text)); }
+
+QString wrapMessage(const QString& msg, const QFontMetrics& metrics)
+{
+    if (msg.contains(QLatin1Char('\n')) || msg.contains(QLatin1Char('\r'))
+        || metrics.horizontalAdvance(msg) < kWrapWidth)
+        return msg;
+    QString wrapped;
+    int sum = 0;
+    for (const QChar ch : msg) {
+        sum += metrics.horizontalAdvance(ch);
+        if (sum > kWrapLimit) {
+            wrapped += QLatin1Char('\n');
+            sum = 0;
+        }
+        wrapped += ch;
+    }
+    return wrapped;
+}
+
+} // namespace
+
+ZrQtMessageBox::ZrQtMessageBox(ZrQtUIModalDialogBase* base, QWidget* parent, QFlags<Qt::WindowType> flags)
+    : ZrQtModalDialogImpl<ZrQtMessageBox, QDialog>(base, parent, flags)
+{
+    setWindowFlags(windowFlags()
+                   & ~(Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint | Qt::WindowContextHelpButtonHint));
+    setWindowIcon(QIcon(zrutGetImageFullPath(QStringLiteral("zrapp/zrapp.svg"), true)));
+}
+
+// The button groups are children of the dialog and go with it.
+ZrQtMessageBox::~ZrQtMessageBox() = default;
+
+bool ZrQtMessageBox::onInitDialog(ZrJsonPtr param, ZrRxObjectPtr helper)
+{
+    ZrQtModalDialogImpl::onInitDialog(param, helper);
+    if (!param.isNull() && param->hasProperty("WindowMaximizeButtonHint"))
+        m_noMaximize = param->GetVarB("WindowMaximizeButtonHint", false);
+    return onCreateInner() == 1;
+}
+
+int ZrQtMessageBox::onCreateInner()
+{
+    if (m_param.isNull())
+        return 0;
+    const QString title = m_param->GetVarSW("title").toQString();
+    const QString msg = m_param->GetVarSW("msg").toQString();
+    const int dlgtype = m_param->GetVarI("dlgtype", 0);
+    const int contentFlag = m_param->GetVarI("contentFlag", 0);
+    const int flag = m_param->GetVarI("flag", 0);
+    m_checkMask = 0;
+
+    auto* outer = new QVBoxLayout(this);
+    auto* messageRow = new QHBoxLayout;
+    auto* selectorColumn = new QVBoxLayout;
+    auto* checkColumn = new QVBoxLayout;
+    auto* buttonRow = new QHBoxLayout;
+    outer->addSpacing(20);
+    outer->addLayout(messageRow);
+    outer->addLayout(selectorColumn);
+    outer->addLayout(checkColumn);
+    outer->addSpacing(20);
+    outer->addLayout(buttonRow);
+
+    setWindowTitle(title);
+    const int titleWidth = fontMetrics().horizontalAdvance(title) + 150;
+    setMinimumWidth(titleWidth < 451 ? titleWidth : 450);
+    setWindowIcon(windowIcon());
+
+    if (contentFlag & 1) {
+        const QString image = iconPath(dlgtype);
+        if (QFile::exists(image)) {
+            auto* icon = new ZrSvgLabel;
+            icon->setFixedSize(32, 32);
+            icon->setPixmap(image);
+            messageRow->addWidget(icon, 0, Qt::AlignLeft);
+        }
+        auto* label = new QLabel;
+        label->setText(wrapMessage(msg, label->fontMetrics()));
+        label->setContentsMargins(8, 0, 0, 0);
+        messageRow->addWidget(label);
+        messageRow->addStretch(0);
+        messageRow->setContentsMargins(0, 0, 0, 8);
+    }
+
+    if (contentFlag & 4) {
+        auto* selectors = new QButtonGroup;
+        selectors->setParent(this);
+        const ZrJsonPtr texts = m_param->GetVarJsonPtr("selBtnText");
+        for (int i = 0; i < texts->ArrayCount(); ++i) {
+            auto* button = new QPushButton(texts->at(i)->safeStrValueW().toQString());
+            selectorColumn->addWidget(button);
+            selectors->addButton(button, i);
+        }
+        connect(selectors, &QButtonGroup::idClicked, this, [this](int id) {
+            qDebug() << "m_pGroupSelectors = " << id;
+            m_param->SetDataI("selectedBtn", id);
+            accept();
+        });
+        selectorColumn->setContentsMargins(0, 0, 0, 8);
+    }
+
+    if (contentFlag & 8) {
+        auto* checks = new QButtonGroup;
+        checks->setParent(this);
+        checks->setExclusive(false);
+        const ZrJsonPtr texts = m_param->GetVarJsonPtr("selCheckText");
+        for (int i = 0; i < texts->ArrayCount(); ++i) {
+            auto* box = new QCheckBox(texts->at(i)->safeStrValueW().toQString());
+            checkColumn->addWidget(box);
+            checks->addButton(box, i);
+        }
+        connect(checks, &QButtonGroup::idToggled, this, [this](int id, bool checked) {
+            // The mask has eight bits: boxes from the ninth on never show in it.
+            if (id < 8) {
+                if (checked)
+                    m_checkMask |= uint8_t(1u << id);
+                else
+                    m_checkMask &= uint8_t(~(1u << id));
+            }
+            qDebug() << "m_pGroupCheck = " << id << ", val = " << (checked ? "true" : "false");
+            m_param->SetDataI("selectedCheck", m_checkMask);
+        });
+        checkColumn->setContentsMargins(0, 0, 0, 8);
+    }
+
+    if (!(contentFlag & 4)) {
+        buttonRow->addStretch(0);
+        m_pGroupBtns = new QButtonGroup;
+        m_pGroupBtns->setParent(this);
+        if (flag == 6) {
+            const ZrJsonPtr texts = m_param->GetVarJsonPtr("btnText");
+            for (int i = 0; i < texts->ArrayCount(); ++i)
+                addControlButton(buttonRow, texts->at(i)->safeStrValueW().toQString(), QChar(), i);
+            if (texts->ArrayCount() == 0)
+                addControlButton(buttonRow, buttonText(kOk0), QChar(), 0);
+        } else {
+            const std::vector<ButtonSpec> specs = buttonSet(flag);
+            for (const ButtonSpec& spec : specs) {
+                QPushButton* button = addControlButton(buttonRow, buttonText(spec), QLatin1Char(spec.shortcut), spec.id);
+                if (flag == 4 && &spec == &specs[1] && button)
+                    button->setFocus(Qt::OtherFocusReason);
+            }
+        }
+        buttonRow->setContentsMargins(0, 0, 0, 8);
+        connect(m_pGroupBtns, &QButtonGroup::idClicked, this, [this](int id) {
+            m_param->SetDataI("ControlBtn", id);
+            blockSignals(true);
+            accept();
+            blockSignals(false);
+        }, Qt::UniqueConnection);
+    }
+
+    if (m_noMaximize)
+        setWindowFlags(windowFlags() & ~Qt::WindowMaximizeButtonHint);
+    adjustSize();
+    setFixedSize(size());
+    return 1;
+}
+
+QPushButton* ZrQtMessageBox::addControlButton(QHBoxLayout* row, const QString& text, QChar shortcut, int id)
+{
+    if (!row || !m_pGroupBtns)
+        return nullptr;
+    auto* button = new QPushButton(text);
+    if (!shortcut.isNull()) {
+        // The plain letter replaces the mnemonic of the text; Alt with the letter is a shortcut of its own.
+        const int key = shortcut.unicode();
+        button->setShortcut(QKeySequence(key));
+        auto* altShortcut = new QShortcut(QKeySequence(int(Qt::ALT) | key), button, nullptr, nullptr, Qt::WindowShortcut);
+        connect(altShortcut, &QShortcut::activated, button, &QPushButton::click);
+    }
+    row->addWidget(button, 0, Qt::AlignRight | Qt::AlignVCenter);
+    m_pGroupBtns->addButton(button, id);
+    return button;
+}
+
+void ZrQtMessageBox::reject()
+{
+    if (m_pGroupBtns && !m_pGroupBtns->buttons().isEmpty())
+        m_param->SetDataI("ControlBtn", m_pGroupBtns->id(m_pGroupBtns->buttons().last()));
+    QDialog::reject();
+}
+
+QString ZrQtMessageBox::getTextColor() const
+{
+    QColor color = palette().color(QPalette::Window);
+    if (color.lightness() < 96) {
+        color.setHsl(color.hslHue(), color.hslSaturation(), 255 - color.lightness(), 255);
+        return QString::asprintf("rgb(%d, %d, %d)", color.red(), color.green(), color.blue());
+    }
+    return QStringLiteral("rgb(0, 51, 153)");
+}
+
+QString ZrQtMessageBox::getButtonTextColor() const { return QStringLiteral("rgb(0, 116, 216)"); }
