@@ -1,0 +1,195 @@
+// The module's entry point and its UI service: loading, names, parents and the update command.
+
+#include "dialogtesthelpers.h"
+#include "zrtestmain.h"
+
+#include "qt_common_ui.h"
+#include "qt_messagebox.h"
+
+#include "zrarbitdict.h"
+#include "zrui.h"
+
+#include <QDialog>
+#include <QTest>
+
+class TestUiService : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_config;
+
+    static ZrEdCommandStack* commands()
+    {
+        return ZrEdCommandStack::cast(zrrxSysRegistry()->at(ACRX_COMMAND_DOCK));
+    }
+
+    static ZrQtCommonUISvr* service() { return ZrQtCommonUISvr::cast(zrUISvr(48).get()); }
+
+private Q_SLOTS:
+    void init()
+    {
+        ZrHostControl::initialize(DialogTest::hostOptions(m_config));
+        zrrxEntryPoint(1);
+    }
+
+    void cleanup()
+    {
+        zrrxEntryPoint(2);
+        ZrHostControl::shutdown();
+    }
+
+    void loadRegistersServiceAndCommand()
+    {
+        QVERIFY(service());
+        // The dictionary holds the only reference: the temporary handle adds one.
+        QCOMPARE(zrrxNumRefs(zrUISvr(48).get()), 2);
+        QVERIFY(commands()->hasCommand(ZrString(L"GLOBAL_UI_UPDATEDB")));
+        QCOMPARE(commands()->commandFlags(ZrString(L"GLOBAL_UI_UPDATEDB")), 12648470);
+    }
+
+    void unloadEmptiesSlotAndRemovesCommand()
+    {
+        zrrxEntryPoint(2);
+        QVERIFY(zrUISvr(48).isNull());
+        QVERIFY(!commands()->hasCommand(ZrString(L"GLOBAL_UI_UPDATEDB")));
+        // Loading again works from the unloaded state, and uninitApp unloads the same way.
+        zrrxEntryPoint(1);
+        QVERIFY(service());
+        uninitApp();
+        QVERIFY(zrUISvr(48).isNull());
+        QVERIFY(!commands()->hasCommand(ZrString(L"GLOBAL_UI_UPDATEDB")));
+        initApp();
+    }
+
+    void otherMessagesDoNothing()
+    {
+        ZrRxObject* before = zrUISvr(48).get();
+        QCOMPARE(zrrxEntryPoint(0), int64_t(0));
+        QCOMPARE(zrrxEntryPoint(3), int64_t(0));
+        QCOMPARE(zrUISvr(48).get(), before);
+        QVERIFY(commands()->hasCommand(ZrString(L"GLOBAL_UI_UPDATEDB")));
+    }
+
+    void namesMatchInAnyCase_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("known");
+        QTest::newRow("exact") << "MessageBox" << true;
+        QTest::newRow("lower") << "messagebox" << true;
+        QTest::newRow("upper") << "MESSAGEBOX" << true;
+        QTest::newRow("empty") << "" << false;
+        QTest::newRow("unknown") << "About" << false;
+        QTest::newRow("prefix") << "Message" << false;
+    }
+
+    void namesMatchInAnyCase()
+    {
+        QFETCH(QString, name);
+        QFETCH(bool, known);
+        ZrSmartPtr<ZrUiDialogBase> dialog = service()->createDialog(ZrString(name), nullptr);
+        QCOMPARE(!dialog.isNull(), known);
+        if (known) {
+            // The caller's handle is the only reference, and the widget is a message box.
+            QCOMPARE(zrrxNumRefs(dialog.get()), 1);
+            QVERIFY(qobject_cast<ZrQtMessageBox*>(static_cast<QDialog*>(dialog->getDlg())));
+        }
+    }
+
+    void dialogsStillToComeAnswerNull()
+    {
+        for (const wchar_t* name : {L"FileDialogBox", L"TaskDialog", L"ColorDialog", L"FontDialog"})
+            QVERIFY(service()->createDialog(ZrString(name), nullptr).isNull());
+    }
+
+    void messageBoxStacksOnOpenModalDialog()
+    {
+        QWidget target;
+        ZrHostControl::setTargetWindow(&target);
+        QDialog outer;
+        QWidget* parentSeen = nullptr;
+        DialogTest::whenModalShown([&](QWidget* modal) {
+            ZrSmartPtr<ZrUiDialogBase> box = service()->createDialog(ZrString(L"MessageBox"), nullptr);
+            parentSeen = static_cast<QWidget*>(box->getDlg())->parentWidget();
+            modal->close();
+        });
+        outer.exec();
+        QCOMPARE(parentSeen, &outer);
+    }
+
+    void givenParentIsKeptForMessageBox()
+    {
+        QWidget target;
+        QWidget given;
+        ZrHostControl::setTargetWindow(&target);
+        QDialog outer;
+        QWidget* parentSeen = nullptr;
+        DialogTest::whenModalShown([&](QWidget* modal) {
+            ZrSmartPtr<ZrUiDialogBase> box = service()->createDialog(ZrString(L"MessageBox"), &given);
+            parentSeen = static_cast<QWidget*>(box->getDlg())->parentWidget();
+            modal->close();
+        });
+        outer.exec();
+        QCOMPARE(parentSeen, &given);
+    }
+
+    void messageBoxFallsBackToTargetWindow()
+    {
+        QWidget target;
+        ZrHostControl::setTargetWindow(&target);
+        QVERIFY(!QApplication::activeModalWidget());
+        QVERIFY(!QApplication::activeWindow());
+        ZrSmartPtr<ZrUiDialogBase> box = service()->createDialog(ZrString(L"MessageBox"), nullptr);
+        QCOMPARE(static_cast<QWidget*>(box->getDlg())->parentWidget(), &target);
+    }
+
+    void orderRecordIsReplacedWhole()
+    {
+        QCOMPARE(service()->getUpdateDbHelpInfo().property, zrqthelper::Entity_Color);
+        QVERIFY(service()->getUpdateDbHelpInfo().value.styleId.isNull());
+
+        SZrGlobalUIUpdateDbHelp order;
+        order.property = zrqthelper::Entity_Layer;
+        order.value.styleId = ZrDbObjectId(42);
+        order.value.styleName = ZrString(L"墙体");
+        service()->setUpdateDbHelpInfo(order);
+        const SZrGlobalUIUpdateDbHelp& kept = service()->getUpdateDbHelpInfo();
+        QCOMPARE(kept.property, zrqthelper::Entity_Layer);
+        QCOMPARE(kept.value.styleId, ZrDbObjectId(42));
+        QCOMPARE(kept.value.styleName.toQString(), QStringLiteral("墙体"));
+
+        service()->setUpdateDbHelpInfo(SZrGlobalUIUpdateDbHelp());
+        QVERIFY(kept.value.styleId.isNull());
+        QVERIFY(kept.value.styleName.isEmpty());
+    }
+
+    void commandIgnoresUnknownKindAndEmptySlot()
+    {
+        SZrGlobalUIUpdateDbHelp order;
+        order.property = static_cast<zrqthelper::Entity_Property>(10);
+        service()->setUpdateDbHelpInfo(order);
+        QVERIFY(commands()->runCommand(ZrString(L"GLOBAL_UI_UPDATEDB")));
+        order.property = static_cast<zrqthelper::Entity_Property>(-1);
+        service()->setUpdateDbHelpInfo(order);
+        QVERIFY(commands()->runCommand(ZrString(L"GLOBAL_UI_UPDATEDB")));
+
+        zr_arbitDict_clearservice(48);
+        zrqthelper::zrmdGlobalUIUpdateDb();
+        QVERIFY(zrUISvr(48).isNull());
+        zrrxEntryPoint(1);
+    }
+
+    void queuedCommandRunsFromTheEventLoop()
+    {
+        QStringList ran;
+        ZrHostControl::setCommandListener([&](const QString& command, bool known) {
+            if (known)
+                ran << command;
+        });
+        zredMenuMacro(L"GLOBAL_UI_UPDATEDB", false, true);
+        QVERIFY(ran.isEmpty());
+        QTRY_COMPARE(ran, QStringList{QStringLiteral("GLOBAL_UI_UPDATEDB")});
+    }
+};
+
+ZR_TEST_SUITE(TestUiService)
+#include "tst_uiservice.moc"
