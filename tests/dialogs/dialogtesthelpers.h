@@ -5,6 +5,7 @@
 #include "zrhostcontrol.h"
 
 #include <QApplication>
+#include <QTest>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QWidget>
@@ -20,8 +21,9 @@ inline ZrHostControl::Options hostOptions(const QTemporaryDir& configDir)
     return options;
 }
 
-// Runs `action` on the active modal widget as soon as there is one other than `outer`.
-// The timer belongs to the application, so it keeps polling through nested event loops.
+// Runs `action` on the active modal widget as soon as there is one other than `outer` and it is
+// the active window, so that its shortcuts are live. The timer belongs to the application, so it
+// keeps polling through nested event loops.
 inline void whenModalShown(std::function<void(QWidget*)> action, QWidget* outer = nullptr)
 {
     auto* timer = new QTimer(qApp);
@@ -32,6 +34,9 @@ inline void whenModalShown(std::function<void(QWidget*)> action, QWidget* outer 
             return;
         timer->stop();
         timer->deleteLater();
+        modal->activateWindow();
+        if (!QTest::qWaitForWindowActive(modal))
+            qWarning("the modal dialog never became the active window");
         action(modal);
     });
     timer->start();

@@ -1,0 +1,47 @@
+#include "zrdialogrun.h"
+
+#include "zrarbitdict.h"
+#include "zrui.h"
+#include "zruidialog.h"
+
+#include <QByteArray>
+
+namespace ZrApp {
+
+QStringList availableDialogs()
+{
+    static const char* const knownNames[] = {
+        "MessageBox", "FileDialogBox", "FileNavDialogBox", "TaskDialog", "ColorDialog",
+        "insertHyperlinkDialog", "fileFindDialog", "BeSettingsDialog", "FontDialog", "LineWeightDialog",
+    };
+    QStringList names;
+    const ZrRxObjectPtr serviceObject = zrUISvr(kUiServiceSlot);
+    auto* service = ZrUiService::cast(serviceObject.get());
+    if (!service)
+        return names;
+    for (const char* name : knownNames) {
+        if (service->createDialog(ZrString::fromUtf8(name), nullptr))
+            names << QString::fromLatin1(name);
+    }
+    return names;
+}
+
+ZrJsonPtr runDialog(const QString& name, const ZrJsonPtr& param, QWidget* parent)
+{
+    const ZrRxObjectPtr helper(new ZrRxObjectImpl<ZrUiHelper>(), kZrAttach);
+    return zruiShowModelDialogEx(kUiServiceSlot, ZrString(name), param, helper, parent);
+}
+
+static QByteArray toJson(const ZrJsonPtr& value)
+{
+    return value ? QByteArray::fromStdString(value->toJson().std()) : QByteArrayLiteral("null");
+}
+
+QByteArray answerLine(const ZrJsonPtr& param, const ZrJsonPtr& answer)
+{
+    const int result = answer ? answer->GetVarI("result", -1) : -1;
+    return "{\"result\": " + QByteArray::number(result) + ", \"param\": " + toJson(param)
+        + ", \"answer\": " + toJson(answer) + '}';
+}
+
+} // namespace ZrApp

@@ -1,0 +1,226 @@
+// zrui end to end: runs the real executable, which loads the module as a plug-in,
+// and checks what a caller gets back.
+
+#include "zrtestmain.h"
+
+#include <QColor>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QImage>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+const QString kMessageBoxParam =
+    QStringLiteral(R"({"title":"T","msg":"M","flag":3,"contentFlag":1,"dlgtype":32})");
+
+struct ZruiRun
+{
+    bool finished = false;
+    int exitCode = -1;
+    QByteArray out;
+    QString err;
+
+    // The one line a finished dialog prints.
+    QJsonObject answerLine() const
+    {
+        const QList<QByteArray> lines = out.trimmed().split('\n');
+        return lines.size() == 1 ? QJsonDocument::fromJson(lines.first()).object() : QJsonObject();
+    }
+};
+
+double meanLightness(const QImage& image)
+{
+    double sum = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            sum += QColor(image.pixel(x, y)).lightnessF();
+    }
+    return sum / (image.width() * image.height());
+}
+
+} // namespace
+
+class TstZrui : public QObject
+{
+    Q_OBJECT
+
+private:
+    ZruiRun run(const QStringList& args, const QString& program = QStringLiteral(ZR_ZRUI_FILE))
+    {
+        QProcess process;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        // Keeps the user configuration the host saves at exit out of the real home.
+        env.insert(QStringLiteral("XDG_CONFIG_HOME"), m_dir.filePath(QStringLiteral("config")));
+        process.setProcessEnvironment(env);
+        process.start(program, args);
+        ZruiRun result;
+        result.finished = process.waitForFinished(60000);
+        if (!result.finished)
+            process.kill();
+        result.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+        result.out = process.readAllStandardOutput();
+        result.err = QString::fromUtf8(process.readAllStandardError());
+        return result;
+    }
+
+    QString tempPath(const QString& name) const { return m_dir.filePath(name); }
+
+    QTemporaryDir m_dir;
+
+private Q_SLOTS:
+    void initTestCase() { QVERIFY(m_dir.isValid()); }
+
+    void messageBoxAnswersTheWayItWasClosed_data()
+    {
+        QTest::addColumn<QString>("param");
+        QTest::addColumn<QString>("steps");
+        QTest::addColumn<int>("result");
+        QTest::addColumn<int>("controlButton");
+
+        const QString abortRetryIgnore =
+            QStringLiteral(R"({"title":"T","msg":"M","flag":2,"contentFlag":1,"dlgtype":48})");
+        QTest::newRow("mnemonic No") << kMessageBoxParam << "key:Alt+N" << 1 << 7;
+        QTest::newRow("Esc") << kMessageBoxParam << "key:Esc" << 2 << 2;
+        QTest::newRow("close button") << kMessageBoxParam << "close" << 2 << 2;
+        QTest::newRow("click Abort by its text") << abortRetryIgnore << "click:终止(&T)" << 1 << 4;
+        QTest::newRow("steps after a wait") << kMessageBoxParam << "wait:50; key:Alt+N;" << 1 << 7;
+    }
+
+    void messageBoxAnswersTheWayItWasClosed()
+    {
+        QFETCH(QString, param);
+        QFETCH(QString, steps);
+        QFETCH(int, result);
+        QFETCH(int, controlButton);
+
+        const ZruiRun r = run({"dialog", "MessageBox", "--param", param, "--do", steps});
+        QVERIFY2(r.finished, "zrui did not end");
+        QVERIFY2(r.exitCode == 0, qPrintable(r.err));
+        const QJsonObject line = r.answerLine();
+        QVERIFY2(!line.isEmpty(), r.out.constData());
+        QCOMPARE(line.value("result").toInt(-99), result);
+        QCOMPARE(line.value("param").toObject().value("ControlBtn").toInt(-99), controlButton);
+        QCOMPARE(line.value("param").toObject().value("title").toString(), QStringLiteral("T"));
+        QCOMPARE(line.value("answer").toObject().value("result").toInt(-99), result);
+    }
+
+    void paramFileIsRead()
+    {
+        const QString file = tempPath(QStringLiteral("param.json"));
+        QFile out(file);
+        QVERIFY(out.open(QIODevice::WriteOnly));
+        out.write(kMessageBoxParam.toUtf8());
+        out.close();
+
+        const ZruiRun r = run({"dialog", "MessageBox", "--param-file", file, "--do", "key:Alt+N"});
+        QVERIFY2(r.exitCode == 0, qPrintable(r.err));
+        QCOMPARE(r.answerLine().value("param").toObject().value("msg").toString(), QStringLiteral("M"));
+        QCOMPARE(r.answerLine().value("result").toInt(), 1);
+    }
+
+    void timeoutClosesAnUnattendedDialog()
+    {
+        const ZruiRun r = run({"dialog", "MessageBox", "--param", kMessageBoxParam, "--timeout-ms", "200"});
+        QVERIFY2(r.finished, "zrui did not end");
+        QVERIFY2(r.exitCode == 0, qPrintable(r.err));
+        QCOMPARE(r.answerLine().value("result").toInt(), 2);
+    }
+
+    void failuresExitWithTheirCode_data()
+    {
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QString>("stderrPattern");
+
+        const QStringList box{"dialog", "MessageBox", "--param", kMessageBoxParam};
+        QTest::newRow("unknown dialog") << QStringList{"dialog", "About"} << 3 << "About";
+        QTest::newRow("malformed JSON") << QStringList{"dialog", "MessageBox", "--param", "{"} << 2
+                                        << "line \\d+, column \\d+";
+        QTest::newRow("parameter not an object") << QStringList{"dialog", "MessageBox", "--param", "[1]"} << 2
+                                                 << "object";
+        QTest::newRow("missing param file") << QStringList{"dialog", "MessageBox", "--param-file", "/nonexistent/p.json"}
+                                            << 2 << "/nonexistent/p.json";
+        QTest::newRow("unknown step") << box + QStringList{"--do", "key:Esc;frob:1"} << 2 << "step 2 \"frob:1\"";
+        QTest::newRow("bad key") << box + QStringList{"--do", "key:Nonsense"} << 2 << "step 1 \"key:Nonsense\"";
+        QTest::newRow("missing click target") << box + QStringList{"--do", "wait:10;click:NoSuchButton"} << 2
+                                              << "step 2 \"click:NoSuchButton\"";
+        QTest::newRow("escaped semicolon stays in the step") << box + QStringList{"--do", "click:a\\;b"} << 2
+                                                             << "step 1 \"click:a;b\"";
+        QTest::newRow("missing focus target") << box + QStringList{"--do", "focus:nowhere"} << 2 << "step 1";
+        QTest::newRow("no command") << QStringList{} << 2 << "usage";
+        QTest::newRow("dialog without a name") << QStringList{"dialog"} << 2 << "usage";
+        QTest::newRow("unknown option") << QStringList{"list", "--frob"} << 2 << "usage";
+        QTest::newRow("bad theme") << box + QStringList{"--theme", "blue"} << 2 << "usage";
+        QTest::newRow("param and param file") << box + QStringList{"--param-file", "p.json"} << 2 << "usage";
+    }
+
+    void failuresExitWithTheirCode()
+    {
+        QFETCH(QStringList, args);
+        QFETCH(int, exitCode);
+        QFETCH(QString, stderrPattern);
+
+        const ZruiRun r = run(args);
+        QVERIFY2(r.finished, "zrui did not end");
+        QCOMPARE(r.exitCode, exitCode);
+        QVERIFY2(r.err.contains(QRegularExpression(stderrPattern)), qPrintable(r.err));
+        QVERIFY2(r.out.isEmpty(), r.out.constData());
+    }
+
+    void listNamesTheMessageBox()
+    {
+        const ZruiRun r = run({"list"});
+        QCOMPARE(r.exitCode, 0);
+        const QStringList names = QString::fromUtf8(r.out).split('\n', Qt::SkipEmptyParts);
+        QVERIFY2(names.contains("MessageBox"), r.out.constData());
+        QVERIFY(!names.contains("About"));
+    }
+
+    void screenshotsArePngsOfTheDialogInItsTheme()
+    {
+        QImage shots[2];
+        const char* const themes[] = {"light", "dark"};
+        for (int i = 0; i < 2; ++i) {
+            const QString shown = tempPath(QStringLiteral("shown-%1.png").arg(themes[i]));
+            const QString step = tempPath(QStringLiteral("step-%1.png").arg(themes[i]));
+            const ZruiRun r = run({"dialog", "MessageBox", "--param", kMessageBoxParam, "--theme", themes[i],
+                                   "--screenshot", shown, "--do", "shot:" + step + ";key:Esc"});
+            QVERIFY2(r.exitCode == 0, qPrintable(r.err));
+            QVERIFY(QFileInfo(step).size() > 0);
+            QVERIFY(QFileInfo(shown).size() > 0);
+            shots[i] = QImage(shown);
+            QVERIFY(!shots[i].isNull());
+            QVERIFY(shots[i].width() > 100 && shots[i].height() > 50);
+        }
+        QVERIFY2(meanLightness(shots[1]) < meanLightness(shots[0]), "the dark theme is not darker");
+    }
+
+    // The headless path scripts/run-host.sh takes.
+    void hostAppTakesItsScreenshots()
+    {
+        const QString hostApp = QFileInfo(QStringLiteral(ZR_ZRUI_FILE)).dir().filePath(QStringLiteral("zrhostapp"));
+        if (!QFileInfo::exists(hostApp))
+            QSKIP("zrhostapp is not built");
+        const QString dir = tempPath(QStringLiteral("host-shots"));
+        const ZruiRun r = run({"--screenshot", dir, "--theme", "dark"}, hostApp);
+        QVERIFY2(r.finished, "zrhostapp did not end");
+        QVERIFY2(r.exitCode == 0, qPrintable(r.err));
+        for (const char* name : {"main-window.png", "message-box.png"}) {
+            const QImage shot(QDir(dir).filePath(QLatin1String(name)));
+            QVERIFY2(!shot.isNull(), name);
+            QVERIFY2(r.out.contains(name), r.out.constData());
+        }
+        QVERIFY2(r.out.contains("\"result\": 2"), r.out.constData());
+    }
+};
+
+ZR_TEST_SUITE(TstZrui)
+#include "tst_zrui.moc"
