@@ -1,10 +1,49 @@
 #pragma once
 // Documents and the state of the command that runs in them.
 
+#include "zrdbobjectid.h"
 #include "zrhost_export.h"
+#include "zrrxobject.h"
 #include "zrstring.h"
 
+#include <vector>
+
 class CXuDocContext;
+class ZrDbDatabase;
+
+// The drawing surface of a document's view.
+class ZRHOST_EXPORT CXuDrawingSurface
+{
+public:
+    CXuDrawingSurface();
+    ~CXuDrawingSurface();
+    CXuDrawingSurface(const CXuDrawingSurface&) = delete;
+    CXuDrawingSurface& operator=(const CXuDrawingSurface&) = delete;
+
+    // True while no view draws on this surface: a redraw would have nothing to do.
+    bool isDefaultOperation() const;
+    void redraw(int from, int full);
+    int redrawCount() const;
+
+private:
+    friend class CXuGraphicsManager;
+    struct Data;
+    Data* d;
+};
+
+class ZRHOST_EXPORT CXuGraphicsManager
+{
+public:
+    CXuGraphicsManager();
+    ~CXuGraphicsManager();
+    CXuGraphicsManager(const CXuGraphicsManager&) = delete;
+    CXuGraphicsManager& operator=(const CXuGraphicsManager&) = delete;
+
+    CXuDrawingSurface* drawingSurface();
+
+private:
+    CXuDrawingSurface m_surface;
+};
 
 // The command running in a document.
 class ZRHOST_EXPORT CXuCommandObject
@@ -43,6 +82,15 @@ public:
     bool inputCenter() const;
     void setInputCenter(bool on);
 
+    // The pick-first selection: the objects chosen before a command.
+    const std::vector<ZrDbObjectId>& pickFirst() const;
+    void setPickFirst(std::vector<ZrDbObjectId> ids);
+    // Fills the two-word name of the pick-first selection; false when there is none.
+    bool pickFirstSS(long name[2]) const;
+    bool hasSelection() const;
+
+    CXuGraphicsManager* graphicsManager();
+
 private:
     struct Data;
     Data* d;
@@ -58,6 +106,9 @@ public:
 
     ZrString name() const;
     CXuDocContext* context();
+    // The document's drawing; the document keeps a reference.
+    ZrDbDatabase* database() const;
+    void setDatabase(ZrDbDatabase* database);
 
 private:
     struct Data;
@@ -85,3 +136,5 @@ private:
     struct Data;
     Data* d;
 };
+
+ZRHOST_EXPORT CXuDocManager* zrDocManagerPtr();
