@@ -1,5 +1,7 @@
 #include "zrappenv.h"
 
+#include "zrdrawingcontrol.h"
+
 #include <QApplication>
 #include <QPalette>
 #include <QStyle>
@@ -8,6 +10,12 @@
 #include <QWidget>
 
 namespace ZrApp {
+
+void printLine(FILE* stream, const QString& line)
+{
+    std::fprintf(stream, "%s\n", line.toUtf8().constData());
+    std::fflush(stream);
+}
 
 void preferOffscreenWhenHeadless()
 {
@@ -34,6 +42,15 @@ ZrHostControl::Options hostOptions(int theme)
     options.resourceRoot = root.isEmpty() ? QStringLiteral(ZR_DEFAULT_RESOURCE_ROOT) : root;
     options.theme = theme;
     return options;
+}
+
+bool openStartDrawing(const QString& file, StartDrawing fallback, QString* error)
+{
+    if (!file.isEmpty())
+        return ZrHostControl::openDrawing(file, error);
+    if (fallback == StartDrawing::Sample)
+        ZrHostControl::openSampleDrawing();
+    return true;
 }
 
 static QPalette lightPalette()

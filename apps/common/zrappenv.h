@@ -4,6 +4,7 @@
 
 #include "zrhostcontrol.h"
 
+#include <cstdio>
 #include <functional>
 
 class QObject;
@@ -15,6 +16,9 @@ namespace ZrApp {
 constexpr int kLightTheme = 1;
 constexpr int kDarkTheme = 2;
 
+// Writes the line in UTF-8 and flushes, so that lines of stdout and stderr keep their order.
+void printLine(FILE* stream, const QString& line);
+
 // Chooses the offscreen platform when no platform is asked for and there is no display.
 // Call before the QApplication is made.
 void preferOffscreenWhenHeadless();
@@ -24,6 +28,12 @@ bool parseTheme(const QString& name, int* theme);
 
 // The resource root is $ZR_RESOURCE_ROOT, or else the source tree's resources/.
 ZrHostControl::Options hostOptions(int theme);
+
+// What a run starts with when --drawing names no file.
+enum class StartDrawing { HostDefault, Sample };
+// Opens the --drawing file, else the start drawing. False, with a message that names the file and
+// the place in it, when the file cannot be read; the host keeps the drawing it had.
+bool openStartDrawing(const QString& file, StartDrawing fallback, QString* error);
 
 // Fusion with a restrained palette for the theme.
 void applyAppearance(int theme);

@@ -1,6 +1,7 @@
 #include "zrhostsession.h"
 
 #include "zrappenv.h"
+#include "zrhostreactor.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -38,6 +39,8 @@ ZrHostSession::ZrHostSession(int theme) : d(std::make_unique<Data>())
         return;
     }
     d->entryPoint(kLoadMessage);
+    // The host's user-interface layer tells the module's drawing-bound controls of its events.
+    ZrHostReactor::install();
 }
 
 ZrHostSession::~ZrHostSession()
@@ -67,6 +70,7 @@ void ZrHostSession::unloadModule()
 {
     if (!d->entryPoint)
         return;
+    ZrHostReactor::uninstall();
     d->entryPoint(kUnloadMessage);
     d->entryPoint = nullptr;
     d->library.unload();

@@ -1,6 +1,6 @@
 #pragma once
 // The substitute host set up for a run, with the module loaded into it as the CAD host loads it:
-// a plug-in found at run time and told through its entry point.
+// a plug-in found at run time and told through its entry point, then the reactor service in slot 14.
 
 #include <QString>
 #include <memory>
@@ -8,7 +8,7 @@
 class ZrHostSession
 {
 public:
-    // Sets the host up with the theme, then loads the module from moduleFile().
+    // Sets the host up with the theme, loads the module from moduleFile() and installs the reactor service.
     explicit ZrHostSession(int theme);
     // Unloads the module, then takes the host down.
     ~ZrHostSession();
@@ -20,7 +20,8 @@ public:
 
     // Why the module could not be loaded; empty when it was.
     QString error() const;
-    // Sends the unload message and unloads the library, for a host that must do so before its end.
+    // Removes the reactor service, sends the unload message and unloads the library, for a host that
+    // must do so before its end.
     void unloadModule();
 
 private:

@@ -1,63 +1,23 @@
-// zrhostapp: the reference host. It loads the module as a plug-in, as the CAD host does,
-// and offers its dialogs from a menu.
+// zrhostapp: the reference host. It loads the module as a plug-in, as the CAD host does, shows a
+// drawing with the module's layer box bound to it, and offers the module's dialogs from a menu.
 
 #include "zrappenv.h"
 #include "zrdialogrun.h"
 #include "zrhostmainwindow.h"
 #include "zrhostsession.h"
-#include "zrui.h"
+#include "zrscreenshottour.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QDir>
-#include <QWindow>
-
-#include <cstdio>
+#include <QFileInfo>
 
 namespace {
 
-const char kUsage[] = "usage: zrhostapp [--theme light|dark] [--screenshot DIR]\n";
+const char kUsage[] = "usage: zrhostapp [--theme light|dark] [--drawing FILE] [--screenshot DIR]\n";
 
-void printLine(FILE* stream, const QString& line)
-{
-    std::fprintf(stream, "%s\n", line.toUtf8().constData());
-    std::fflush(stream);
-}
-
-bool saveGrab(QWidget* widget, const QString& file)
-{
-    if (!widget->grab().save(file, "PNG")) {
-        printLine(stderr, QStringLiteral("zrhostapp: cannot write %1").arg(file));
-        return false;
-    }
-    printLine(stdout, file);
-    return true;
-}
-
-// Headless tour: the main window, then a message box over it; the application ends with 0
-// when both pictures are written.
-void takeScreenshots(ZrHostMainWindow* window, const QString& dir)
-{
-    // A platform that tells nothing of exposure goes straight on.
-    const auto exposed = [window] { return !window->windowHandle() || window->windowHandle()->isExposed(); };
-    ZrApp::when(window, exposed, [window, dir] {
-        QDir().mkpath(dir);
-        if (!saveGrab(window, QDir(dir).filePath(QStringLiteral("main-window.png"))))
-            return QApplication::exit(1);
-        QObject boxWatch;
-        bool boxWritten = false;
-        ZrApp::whenModalShown(&boxWatch, [dir, &boxWritten](QWidget* box) {
-            boxWritten = saveGrab(box, QDir(dir).filePath(QStringLiteral("message-box.png")));
-            box->close();
-        });
-        const ZrJsonPtr answer = zruiMessageBoxEx(L"ZrQtBaseUtils", L"图纸“平面图-1”已修改。\n是否在关闭前保存更改？",
-                                                  nullptr, 3, 1, 32, window);
-        const QString line = QString::fromUtf8(ZrApp::answerLine(nullptr, answer));
-        window->appendToCommandLine(line);
-        printLine(stdout, line);
-        QApplication::exit(boxWritten ? 0 : 1);
-    });
-}
+// Exit codes besides 0.
+constexpr int kExitFailure = 1;
+constexpr int kExitUsage = 2;
 
 } // namespace
 
@@ -70,6 +30,7 @@ int main(int argc, char** argv)
     QCommandLineParser parser;
     parser.addOptions({
         {QStringLiteral("theme"), QString(), QStringLiteral("light|dark"), QStringLiteral("light")},
+        {QStringLiteral("drawing"), QString(), QStringLiteral("FILE")},
         {QStringLiteral("screenshot"), QString(), QStringLiteral("DIR")},
         {{QStringLiteral("h"), QStringLiteral("help")}, QString()},
     });
@@ -77,7 +38,7 @@ int main(int argc, char** argv)
     if (!parser.parse(QApplication::arguments()) || !parser.positionalArguments().isEmpty()
         || !ZrApp::parseTheme(parser.value(QStringLiteral("theme")), &theme)) {
         std::fputs(kUsage, stderr);
-        return 2;
+        return kExitUsage;
     }
     if (parser.isSet(QStringLiteral("help"))) {
         std::fputs(kUsage, stdout);
@@ -87,16 +48,25 @@ int main(int argc, char** argv)
     ZrApp::applyAppearance(theme);
     ZrHostSession session(theme);
     if (!session.error().isEmpty()) {
-        printLine(stderr, QStringLiteral("zrhostapp: ") + session.error());
-        return 1;
+        ZrApp::printLine(stderr, QStringLiteral("zrhostapp: ") + session.error());
+        return kExitFailure;
+    }
+    const QString drawingFile = parser.value(QStringLiteral("drawing"));
+    QString drawingError;
+    if (!ZrApp::openStartDrawing(drawingFile, ZrApp::StartDrawing::Sample, &drawingError)) {
+        ZrApp::printLine(stderr, QStringLiteral("zrhostapp: ") + drawingError);
+        return kExitUsage;
     }
     // The CAD host unloads its modules while its windows still stand.
     QObject::connect(&app, &QApplication::aboutToQuit, [&session] { session.unloadModule(); });
 
     const QStringList dialogs = ZrApp::availableDialogs();
     ZrHostMainWindow window(dialogs);
+    window.setDrawingName(drawingFile.isEmpty() ? QStringLiteral("示例图纸") : QFileInfo(drawingFile).fileName());
     window.appendToCommandLine(QStringLiteral("已加载模块 %1").arg(ZrHostSession::moduleFile()));
     window.appendToCommandLine(QStringLiteral("对话框: %1").arg(dialogs.join(QStringLiteral(", "))));
+    window.appendToCommandLine(drawingFile.isEmpty() ? QStringLiteral("已打开示例图纸")
+                                                     : QStringLiteral("已打开图纸 %1").arg(drawingFile));
     window.show();
     if (parser.isSet(QStringLiteral("screenshot")))
         takeScreenshots(&window, parser.value(QStringLiteral("screenshot")));

@@ -1,16 +1,33 @@
 #include "zrhostmainwindow.h"
 
 #include "zrcommandpanel.h"
+#include "zrdbdatabase.h"
 #include "zrdialogrun.h"
+#include "zrdocument.h"
+#include "zrdrawingcontrol.h"
 #include "zrdrawingview.h"
 #include "zrhostcontrol.h"
+#include "zrhostevents.h"
+#include "zrhosticons.h"
+#include "zrlayercombobox.h"
+#include "zrlayerpanel.h"
+#include "zrui.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QDockWidget>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QFontDatabase>
+#include <QLabel>
 #include <QMenuBar>
 #include <QStatusBar>
+#include <QToolBar>
 
 namespace {
+
+const QString kAppTitle = QStringLiteral("ZrQtBaseUtils 参考主机");
+const QString kDrawingFilter = QStringLiteral("图纸 (*.json);;所有文件 (*)");
 
 // What each dialog is shown with from the menu; a dialog not listed gets an empty object.
 ZrJsonPtr sampleParam(const QString& name)
@@ -21,30 +38,87 @@ ZrJsonPtr sampleParam(const QString& name)
     return ElementValue::createObject(kZrJsonObject);
 }
 
+QDockWidget* addDock(QMainWindow* window, const QString& title, const QString& name, QWidget* content,
+                     Qt::DockWidgetArea area)
+{
+    auto* dock = new QDockWidget(title, window);
+    dock->setObjectName(name);
+    dock->setFeatures(QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetClosable);
+    dock->setWidget(content);
+    window->addDockWidget(area, dock);
+    return dock;
+}
+
 } // namespace
 
 struct ZrHostMainWindow::Data
 {
+    ZrHostEvents* events = nullptr;
+    ZrDrawingView* view = nullptr;
+    ZrLayerComboBox* layerBox = nullptr;
     ZrCommandPanel* commandLine = nullptr;
+    QAction* undo = nullptr;
+    QAction* redo = nullptr;
+    QLabel* selectionCount = nullptr;
+    QLabel* cursorPosition = nullptr;
+    QString lastFolder;
 };
 
 ZrHostMainWindow::ZrHostMainWindow(const QStringList& dialogs) : d(std::make_unique<Data>())
 {
-    setWindowTitle(QStringLiteral("ZrQtBaseUtils 参考主机"));
     setObjectName(QStringLiteral("mainWindow"));
-    auto* view = new ZrDrawingView(this);
-    setCentralWidget(view);
+    setWindowTitle(kAppTitle);
+    d->events = new ZrHostEvents(this);
+    d->view = new ZrDrawingView(d->events, this);
+    setCentralWidget(d->view);
 
+    d->undo = new QAction(ZrHostIcons::undo(palette()), QStringLiteral("撤销"), this);
+    d->undo->setObjectName(QStringLiteral("undoAction"));
+    d->undo->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
+    connect(d->undo, &QAction::triggered, this, [this] {
+        ZrHostControl::undo();
+        refreshUndoActions();
+    });
+    d->redo = new QAction(ZrHostIcons::redo(palette()), QStringLiteral("重做"), this);
+    d->redo->setObjectName(QStringLiteral("redoAction"));
+    d->redo->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_Y), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)});
+    connect(d->redo, &QAction::triggered, this, [this] {
+        ZrHostControl::redo();
+        refreshUndoActions();
+    });
+
+    QToolBar* properties = addToolBar(QStringLiteral("特性"));
+    properties->setObjectName(QStringLiteral("propertiesToolBar"));
+    properties->addAction(d->undo);
+    properties->addAction(d->redo);
+    properties->addSeparator();
+    auto* layerLabel = new QLabel(QStringLiteral(" 图层 "), properties);
+    properties->addWidget(layerLabel);
+    d->layerBox = new ZrLayerComboBox(true, 0, properties);
+    if (d->layerBox->objectName().isEmpty())
+        d->layerBox->setObjectName(QStringLiteral("layerComboBox"));
+    d->layerBox->setMinimumWidth(220);
+    d->layerBox->setToolTip(QStringLiteral("选中对象的图层；未选中时为当前图层"));
+    layerLabel->setBuddy(d->layerBox);
+    properties->addWidget(d->layerBox);
+
+    auto* layerDock = addDock(this, QStringLiteral("图层"), QStringLiteral("layerDock"),
+                              new ZrLayerPanel(d->events), Qt::RightDockWidgetArea);
     d->commandLine = new ZrCommandPanel;
-    auto* dock = new QDockWidget(QStringLiteral("命令行"), this);
-    dock->setObjectName(QStringLiteral("commandLineDock"));
-    dock->setFeatures(QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetClosable);
-    dock->setWidget(d->commandLine);
-    addDockWidget(Qt::BottomDockWidgetArea, dock);
-    resizeDocks({dock}, {170}, Qt::Vertical);
+    auto* commandDock = addDock(this, QStringLiteral("命令行"), QStringLiteral("commandLineDock"), d->commandLine,
+                                Qt::BottomDockWidgetArea);
+    resizeDocks({layerDock}, {340}, Qt::Horizontal);
+    resizeDocks({commandDock}, {170}, Qt::Vertical);
 
     QMenu* fileMenu = menuBar()->addMenu(QStringLiteral("文件(&F)"));
+    fileMenu->addAction(QStringLiteral("打开图纸(&O)…"), this, &ZrHostMainWindow::openDrawingFile, QKeySequence::Open);
+    fileMenu->addAction(QStringLiteral("保存图纸(&S)…"), this, &ZrHostMainWindow::saveDrawingFile, QKeySequence::Save);
+    fileMenu->addSeparator();
     fileMenu->addAction(QStringLiteral("退出(&X)"), qApp, &QApplication::quit, QKeySequence::Quit);
+
+    QMenu* editMenu = menuBar()->addMenu(QStringLiteral("编辑(&E)"));
+    editMenu->addAction(d->undo);
+    editMenu->addAction(d->redo);
 
     QMenu* dialogMenu = menuBar()->addMenu(QStringLiteral("对话框(&D)"));
     for (const QString& name : dialogs)
@@ -53,14 +127,35 @@ ZrHostMainWindow::ZrHostMainWindow(const QStringList& dialogs) : d(std::make_uni
         dialogMenu->addAction(QStringLiteral("（模块未提供对话框）"))->setEnabled(false);
 
     QMenu* viewMenu = menuBar()->addMenu(QStringLiteral("视图(&V)"));
-    viewMenu->addAction(dock->toggleViewAction());
+    viewMenu->addAction(QStringLiteral("范围缩放(&E)"), d->view, &ZrDrawingView::zoomExtents);
+    viewMenu->addSeparator();
+    viewMenu->addAction(properties->toggleViewAction());
+    viewMenu->addAction(layerDock->toggleViewAction());
+    viewMenu->addAction(commandDock->toggleViewAction());
 
+    d->selectionCount = new QLabel(this);
+    // Wide enough for any count, so that the status bar does not shift as the selection changes.
+    d->selectionCount->setMinimumWidth(d->selectionCount->fontMetrics().horizontalAdvance(QStringLiteral("已选择 000000 个对象")));
+    d->cursorPosition = new QLabel(this);
+    d->cursorPosition->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    d->cursorPosition->setMinimumWidth(d->cursorPosition->fontMetrics().horizontalAdvance(QString(34, QLatin1Char('0'))));
+    statusBar()->addPermanentWidget(d->selectionCount);
+    statusBar()->addPermanentWidget(d->cursorPosition);
     statusBar()->showMessage(QStringLiteral("就绪"));
-    resize(1200, 780);
+    connect(d->view, &ZrDrawingView::cursorMoved, this, [this](const QPointF& at) {
+        d->cursorPosition->setText(QStringLiteral("X %1  Y %2").arg(at.x(), 0, 'f', 2).arg(at.y(), 0, 'f', 2));
+    });
+    connect(d->events, &ZrHostEvents::changed, this, [this] {
+        refreshUndoActions();
+        refreshSelectionCount();
+    });
+    refreshUndoActions();
+    refreshSelectionCount();
+    resize(1280, 800);
 
     ZrHostControl::setMainWindow(this);
     ZrHostControl::setTargetWindow(this);
-    ZrHostControl::setViewWindow(view);
+    ZrHostControl::setViewWindow(d->view);
 }
 
 ZrHostMainWindow::~ZrHostMainWindow()
@@ -70,6 +165,26 @@ ZrHostMainWindow::~ZrHostMainWindow()
     ZrHostControl::setViewWindow(nullptr);
 }
 
+void ZrHostMainWindow::appendToCommandLine(const QString& line)
+{
+    d->commandLine->appendLine(line);
+}
+
+void ZrHostMainWindow::setDrawingName(const QString& name)
+{
+    setWindowTitle(QStringLiteral("%1 - %2").arg(name, kAppTitle));
+}
+
+ZrDrawingView* ZrHostMainWindow::drawingView() const
+{
+    return d->view;
+}
+
+ZrLayerComboBox* ZrHostMainWindow::layerBox() const
+{
+    return d->layerBox;
+}
+
 void ZrHostMainWindow::runDialog(const QString& name)
 {
     const ZrJsonPtr param = sampleParam(name);
@@ -77,7 +192,61 @@ void ZrHostMainWindow::runDialog(const QString& name)
     appendToCommandLine(QString::fromUtf8(ZrApp::answerLine(param, answer)));
 }
 
-void ZrHostMainWindow::appendToCommandLine(const QString& line)
+void ZrHostMainWindow::openDrawingFile()
 {
-    d->commandLine->appendLine(line);
+    const QString file = QFileDialog::getOpenFileName(this, QStringLiteral("打开图纸"), d->lastFolder, kDrawingFilter);
+    if (file.isEmpty())
+        return;
+    d->lastFolder = QFileInfo(file).absolutePath();
+    QString error;
+    if (!ZrHostControl::openDrawing(file, &error)) {
+        appendToCommandLine(QStringLiteral("无法打开图纸: %1").arg(error));
+        ZrUiMessageBox(L"打开图纸", ZrString(QStringLiteral("无法打开图纸。\n%1").arg(error)), 16, this);
+        return;
+    }
+    setDrawingName(QFileInfo(file).fileName());
+    appendToCommandLine(QStringLiteral("已打开图纸 %1").arg(file));
+    d->view->zoomExtents();
+    refreshUndoActions();
+}
+
+void ZrHostMainWindow::saveDrawingFile()
+{
+    QFileDialog dialog(this, QStringLiteral("保存图纸"), d->lastFolder, kDrawingFilter);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(QStringLiteral("json"));
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return;
+    const QString file = dialog.selectedFiles().constFirst();
+    d->lastFolder = QFileInfo(file).absolutePath();
+    QString error;
+    if (!ZrHostControl::saveDrawing(file, &error)) {
+        appendToCommandLine(QStringLiteral("无法保存图纸: %1").arg(error));
+        ZrUiMessageBox(L"保存图纸", ZrString(QStringLiteral("无法保存图纸。\n%1").arg(error)), 16, this);
+        return;
+    }
+    setDrawingName(QFileInfo(file).fileName());
+    appendToCommandLine(QStringLiteral("已保存图纸 %1").arg(file));
+}
+
+void ZrHostMainWindow::refreshUndoActions()
+{
+    const ZrDbDatabase* database = curDatabase();
+    const auto follow = [](QAction* action, const QString& verb, bool can, const ZrString& step) {
+        action->setEnabled(can);
+        // Edits made outside a command leave steps without a name.
+        action->setText(can && !step.isEmpty() ? QStringLiteral("%1 %2").arg(verb, step.toQString()) : verb);
+        action->setToolTip(QStringLiteral("%1 (%2)").arg(action->text(), action->shortcut().toString(QKeySequence::NativeText)));
+    };
+    follow(d->undo, QStringLiteral("撤销"), database && database->canUndo(),
+           database ? database->undoStepName() : ZrString());
+    follow(d->redo, QStringLiteral("重做"), database && database->canRedo(),
+           database ? database->redoStepName() : ZrString());
+}
+
+void ZrHostMainWindow::refreshSelectionCount()
+{
+    CXuDocument* document = zrDocManagerPtr()->curDocument();
+    const size_t count = document ? document->context()->pickFirst().size() : 0;
+    d->selectionCount->setText(count ? QStringLiteral("已选择 %1 个对象").arg(count) : QString());
 }

@@ -19,9 +19,11 @@ constexpr int kExitUsage = 2;
 constexpr int kExitUnknownDialog = 3;
 
 const char kUsage[] =
-    "usage: zrui list\n"
+    "usage: zrui list [--drawing FILE]\n"
     "       zrui dialog NAME [--param JSON | --param-file FILE] [--do STEPS] [--screenshot FILE.png]\n"
-    "                        [--theme light|dark] [--timeout-ms N]\n"
+    "                        [--theme light|dark] [--timeout-ms N] [--drawing FILE]\n"
+    "\n"
+    "--drawing opens a drawing file first; without it the host has its empty default drawing.\n"
     "\n"
     "STEPS, separated by \";\" (\"\\;\" is a literal one), run once the dialog is up:\n"
     "  click:X      the button whose object name, else text, is X (\"&\" included)\n"
@@ -33,7 +35,8 @@ const char kUsage[] =
     "  close        the window's close button\n"
     "\n"
     "Prints {\"result\": R, \"param\": P, \"answer\": A} once the dialog has ended.\n"
-    "Exit codes: 0 done, 1 the module cannot be loaded, 2 bad usage, parameter or step, 3 unknown dialog.\n";
+    "Exit codes: 0 done, 1 the module cannot be loaded, 2 bad usage, parameter, drawing or step,\n"
+    "3 unknown dialog.\n";
 
 void printError(const QString& message)
 {
@@ -133,6 +136,7 @@ int main(int argc, char** argv)
         {QStringLiteral("screenshot"), QString(), QStringLiteral("FILE.png")},
         {QStringLiteral("theme"), QString(), QStringLiteral("light|dark"), QStringLiteral("light")},
         {QStringLiteral("timeout-ms"), QString(), QStringLiteral("N")},
+        {QStringLiteral("drawing"), QString(), QStringLiteral("FILE")},
         {{QStringLiteral("h"), QStringLiteral("help")}, QString()},
     });
     if (!parser.parse(QApplication::arguments()))
@@ -177,6 +181,12 @@ int main(int argc, char** argv)
     if (!session.error().isEmpty()) {
         printError(session.error());
         return kExitFailure;
+    }
+    QString drawingError;
+    if (!ZrApp::openStartDrawing(parser.value(QStringLiteral("drawing")), ZrApp::StartDrawing::HostDefault,
+                                 &drawingError)) {
+        printError(drawingError);
+        return kExitUsage;
     }
     return isList ? listDialogs() : showDialog(request);
 }

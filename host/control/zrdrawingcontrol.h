@@ -8,6 +8,7 @@
 #include <QColor>
 #include <QString>
 #include <QTransform>
+#include <functional>
 #include <vector>
 
 class QPainter;
@@ -46,6 +47,12 @@ ZRHOST_EXPORT void paintEntity(QPainter& painter, const ZrDbEntity* entity, cons
                                const QColor& foreground, bool highlighted = false);
 // Whether a layer's entities are drawn: not off, not frozen.
 ZRHOST_EXPORT bool isLayerVisible(ZrDbObjectId layer);
+
+// A view that paints the drawing says so: until then the drawing surfaces answer that a redraw
+// would have nothing to do.
+ZRHOST_EXPORT void setDrawingSurfaceActive(bool active);
+// Called whenever a drawing surface is asked to redraw, so that the view repaints.
+ZRHOST_EXPORT void setRedrawListener(std::function<void()> listener);
 
 ZRHOST_EXPORT bool undo();
 ZRHOST_EXPORT bool redo();

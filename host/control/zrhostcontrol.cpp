@@ -3,7 +3,10 @@
 #include "../src/hoststate.h"
 #include "zrarbitdict.h"
 #include "zrconfig.h"
+#include "zrdbinternal.h"
+#include "zrdbvariables.h"
 #include "zrdocument.h"
+#include "zrreactor.h"
 #include "zrsystem.h"
 
 #include <QDir>
@@ -82,6 +85,8 @@ void initialize(const Options& options)
     registry->atPut(ACRX_COMMAND_DOCK, commands);
     zrrxRelease(commands);
     host.sysRegistry = registry;
+    host.numberedServices[3] = ZrRxObjectPtr(new ZrRxObjectImpl<ZrDbDatabaseService>(), kZrAttach);
+    zrdbResetApplicationVariables();
 
     g_texts = options.texts;
     installLanguageService(options.languageService);
@@ -125,6 +130,8 @@ void shutdown()
     host.commandListener = nullptr;
     host.messageAnswers.clear();
     host.mainWindow = host.targetWindow = host.viewWindow = nullptr;
+    host.drawingSurfaceActive = false;
+    host.redrawListener = nullptr;
     clearLogs();
     host.initialized = false;
 }

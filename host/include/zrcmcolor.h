@@ -5,6 +5,7 @@
 #include "zrstring.h"
 
 #include <cstdint>
+#include <memory>
 
 class ZRHOST_EXPORT ZrCmEntityColor
 {
@@ -72,12 +73,13 @@ public:
     bool operator!=(const ZrCmColor& other) const { return !(*this == other); }
 
 private:
+    // Entities carry a colour each, and few colours have names: the names live in one shared,
+    // never changed record, null for a colour without names.
+    struct Names;
+    std::shared_ptr<const Names> m_names;
     ZrCmEntityColor::ColorMethod m_method;
     uint8_t m_red = 0;
     uint8_t m_green = 0;
     uint8_t m_blue = 0;
     uint16_t m_index = 256;
-    ZrString m_colorName;
-    ZrString m_bookName;
-    ZrString m_displayName;
 };

@@ -136,6 +136,7 @@ public:
     ZrString plotStyleNameAt(uint32_t index) const;
 
 private:
+    friend struct ZrDbDatabaseInternal;
     struct Data;
     Data* d;
 };

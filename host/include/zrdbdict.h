@@ -14,7 +14,7 @@ class ZRHOST_EXPORT ZrDbDictionary : public ZrDbObject
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbDictionary)
 public:
-    ZrRxObject* clone() const override { return new ZrDbDictionary(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbDictionary)
     // By name, ignoring case; Zr::eKeyNotFound when absent.
     int getAt(const ZrString& name, ZrDbObjectId& id) const;
     bool has(const ZrString& name) const;
@@ -55,7 +55,7 @@ class ZRHOST_EXPORT ZrDbMaterial : public ZrDbObject
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbMaterial)
 public:
-    ZrRxObject* clone() const override { return new ZrDbMaterial(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbMaterial)
     ZrString name() const { return m_name; }
     int setName(const ZrString& name);
 
@@ -68,14 +68,14 @@ class ZRHOST_EXPORT ZrDbPlaceHolder : public ZrDbObject
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbPlaceHolder)
 public:
-    ZrRxObject* clone() const override { return new ZrDbPlaceHolder(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbPlaceHolder)
 };
 
 class ZRHOST_EXPORT ZrDbTableStyle : public ZrDbObject
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbTableStyle)
 public:
-    ZrRxObject* clone() const override { return new ZrDbTableStyle(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbTableStyle)
     ZrString name() const { return m_name; }
     int setName(const ZrString& name);
     int getCellStyles(ZrArray<ZrString>& names) const;
@@ -90,7 +90,7 @@ class ZRHOST_EXPORT ZrDbMLeaderStyle : public ZrDbObject
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbMLeaderStyle)
 public:
-    ZrRxObject* clone() const override { return new ZrDbMLeaderStyle(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbMLeaderStyle)
     ZrString name() const { return m_name; }
     int setName(const ZrString& name);
     ZrDbObjectId textStyleId() const { return ZrDbObjectId(m_textStyle); }
@@ -105,7 +105,7 @@ class ZRHOST_EXPORT ZrDbLayout : public ZrDbObject
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbLayout)
 public:
-    ZrRxObject* clone() const override { return new ZrDbLayout(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbLayout)
     ZrString getLayoutName() const { return m_name; }
     int setLayoutName(const ZrString& name);
     ZrDbObjectId getBlockTableRecordId() const { return ZrDbObjectId(m_block); }

@@ -11,6 +11,7 @@
 class ZRHOST_EXPORT ZrDbEntity : public ZrDbObject
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbEntity)
+    ZR_DB_DECLARE_COPY(ZrDbEntity)
 public:
     ZrDbObjectId blockId() const { return ownerId(); }
 
@@ -59,7 +60,7 @@ class ZRHOST_EXPORT ZrDbLine : public ZrDbEntity
 public:
     ZrDbLine() = default;
     ZrDbLine(const ZrGePoint3d& start, const ZrGePoint3d& end) : m_start(start), m_end(end) {}
-    ZrRxObject* clone() const override { return new ZrDbLine(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbLine)
     ZrGePoint3d startPoint() const { return m_start; }
     ZrGePoint3d endPoint() const { return m_end; }
     int setStartPoint(const ZrGePoint3d& p);
@@ -76,7 +77,7 @@ class ZRHOST_EXPORT ZrDbCircle : public ZrDbEntity
 public:
     ZrDbCircle() = default;
     ZrDbCircle(const ZrGePoint3d& center, double radius) : m_center(center), m_radius(radius) {}
-    ZrRxObject* clone() const override { return new ZrDbCircle(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbCircle)
     ZrGePoint3d center() const { return m_center; }
     double radius() const { return m_radius; }
     int setCenter(const ZrGePoint3d& c);
@@ -95,7 +96,7 @@ public:
     // Angles in radians, counter-clockwise from the x axis.
     ZrDbArc(const ZrGePoint3d& center, double radius, double startAngle, double endAngle)
         : m_center(center), m_radius(radius), m_startAngle(startAngle), m_endAngle(endAngle) {}
-    ZrRxObject* clone() const override { return new ZrDbArc(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbArc)
     ZrGePoint3d center() const { return m_center; }
     double radius() const { return m_radius; }
     double startAngle() const { return m_startAngle; }
@@ -113,7 +114,7 @@ class ZRHOST_EXPORT ZrDbPolyline : public ZrDbEntity
     ZR_RX_DECLARE_MEMBERS(ZrDbPolyline)
 public:
     ZrDbPolyline() = default;
-    ZrRxObject* clone() const override { return new ZrDbPolyline(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbPolyline)
     int numVerts() const { return static_cast<int>(m_points.size()); }
     ZrGePoint3d vertexAt(int i) const { return m_points.at(static_cast<size_t>(i)); }
     int addVertexAt(int index, const ZrGePoint3d& p);
@@ -130,7 +131,7 @@ class ZRHOST_EXPORT ZrDbText : public ZrDbEntity
     ZR_RX_DECLARE_MEMBERS(ZrDbText)
 public:
     ZrDbText() = default;
-    ZrRxObject* clone() const override { return new ZrDbText(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbText)
     ZrGePoint3d position() const { return m_position; }
     int setPosition(const ZrGePoint3d& p);
     double height() const { return m_height; }
@@ -155,7 +156,7 @@ class ZRHOST_EXPORT ZrDbMText : public ZrDbEntity
     ZR_RX_DECLARE_MEMBERS(ZrDbMText)
 public:
     ZrDbMText() = default;
-    ZrRxObject* clone() const override { return new ZrDbMText(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbMText)
     ZrGePoint3d location() const { return m_location; }
     int setLocation(const ZrGePoint3d& p);
     double textHeight() const { return m_height; }
@@ -178,6 +179,7 @@ private:
 class ZRHOST_EXPORT ZrDbDimension : public ZrDbEntity
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbDimension)
+    ZR_DB_DECLARE_COPY(ZrDbDimension)
 public:
     ZrDbObjectId dimensionStyle() const { return ZrDbObjectId(m_dimStyle); }
     int setDimensionStyle(ZrDbObjectId id);
@@ -200,7 +202,7 @@ public:
     ZrDbAlignedDimension() = default;
     ZrDbAlignedDimension(const ZrGePoint3d& line1, const ZrGePoint3d& line2, const ZrGePoint3d& dimLine)
         : m_xLine1(line1), m_xLine2(line2), m_dimLine(dimLine) {}
-    ZrRxObject* clone() const override { return new ZrDbAlignedDimension(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbAlignedDimension)
     ZrGePoint3d xLine1Point() const { return m_xLine1; }
     ZrGePoint3d xLine2Point() const { return m_xLine2; }
     ZrGePoint3d dimLinePoint() const { return m_dimLine; }
@@ -217,7 +219,7 @@ class ZRHOST_EXPORT ZrDbBlockReference : public ZrDbEntity
 public:
     ZrDbBlockReference() = default;
     ZrDbBlockReference(const ZrGePoint3d& position, ZrDbObjectId block) : m_position(position), m_block(block.handle()) {}
-    ZrRxObject* clone() const override { return new ZrDbBlockReference(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbBlockReference)
     ZrGePoint3d position() const { return m_position; }
     int setPosition(const ZrGePoint3d& p);
     ZrDbObjectId blockTableRecord() const { return ZrDbObjectId(m_block); }
@@ -242,7 +244,7 @@ class ZRHOST_EXPORT ZrDbTable : public ZrDbBlockReference
     ZR_RX_DECLARE_MEMBERS(ZrDbTable)
 public:
     ZrDbTable() = default;
-    ZrRxObject* clone() const override { return new ZrDbTable(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbTable)
     ZrDbObjectId tableStyle() const { return ZrDbObjectId(m_tableStyle); }
     int setTableStyle(ZrDbObjectId id);
     int numRows() const { return m_rows; }
@@ -264,7 +266,7 @@ class ZRHOST_EXPORT ZrDbMLeader : public ZrDbEntity
     ZR_RX_DECLARE_MEMBERS(ZrDbMLeader)
 public:
     ZrDbMLeader() = default;
-    ZrRxObject* clone() const override { return new ZrDbMLeader(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbMLeader)
     ZrDbObjectId MLeaderStyle() const { return ZrDbObjectId(m_style); }
     int setMLeaderStyle(ZrDbObjectId id);
     ZrDbObjectId textStyleId() const { return ZrDbObjectId(m_textStyle); }
@@ -288,7 +290,7 @@ class ZRHOST_EXPORT ZrDbHatch : public ZrDbEntity
     ZR_RX_DECLARE_MEMBERS(ZrDbHatch)
 public:
     ZrDbHatch() = default;
-    ZrRxObject* clone() const override { return new ZrDbHatch(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbHatch)
     ZrString patternName() const { return m_pattern; }
     int setPattern(const ZrString& name);
     // One closed loop of the boundary.
@@ -305,7 +307,7 @@ class ZRHOST_EXPORT ZrDbViewport : public ZrDbEntity
     ZR_RX_DECLARE_MEMBERS(ZrDbViewport)
 public:
     ZrDbViewport() = default;
-    ZrRxObject* clone() const override { return new ZrDbViewport(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbViewport)
     ZrGePoint3d centerPoint() const { return m_center; }
     double width() const { return m_width; }
     double height() const { return m_height; }

@@ -6,6 +6,8 @@
 #include "zrresbuf.h"
 #include "zrrxobject.h"
 
+#include <utility>
+
 class ZrDbDatabase;
 
 namespace ZrDb {
@@ -33,11 +35,32 @@ enum ErrorStatus : int {
 };
 } // namespace Zr
 
+// Assigns `other` to `self` when both are of exactly the class T: the undo history restores objects
+// through it, so a base part must never be assigned alone.
+template <class T>
+int zrdbAssign(T& self, const ZrRxObject* other)
+{
+    if (!other || other->isA() != T::desc() || self.isA() != T::desc())
+        return Zr::eNotThatKindOfClass;
+    self = static_cast<const T&>(*other);
+    return Zr::eOk;
+}
+
+// The copy operations of a class of the database: clone() is a copy by the copy constructor, and
+// copyFrom() assigns an object of the same class (the identity of the target stays as it is).
+#define ZR_DB_DECLARE_COPY(CLASS)                                                              \
+public:                                                                                        \
+    ZrRxObject* clone() const override { return new CLASS(*this); }                            \
+    int copyFrom(const ZrRxObject* other) override { return zrdbAssign(*this, other); }
+
 class ZRHOST_EXPORT ZrDbObject : public ZrRxObject
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbObject)
+    ZR_DB_DECLARE_COPY(ZrDbObject)
 public:
     ZrDbObject();
+    // A copy holds the content (extended data, extension dictionary, erased flag), not the place in
+    // a database: it is a new object. Assignment keeps the target's place and open state.
     ZrDbObject(const ZrDbObject& other);
     ZrDbObject& operator=(const ZrDbObject& other);
     ~ZrDbObject() override;
@@ -65,13 +88,26 @@ public:
 
     // For the database: puts the object in place and takes it out again.
     void setOwnership(ZrDbDatabase* database, ZrDbObjectId id, ZrDbObjectId owner);
+    // Takes the content of a clone of this object back; the place and the open state stay.
     void restoreFrom(const ZrDbObject& snapshot);
 
 protected:
     // Setters call this; it records the state for undo the first time in a step.
     void assertWriteEnabled();
+    // Zr::eOk when the object may change now (recorded for undo), Zr::eNotOpenForWrite when it is in
+    // a database and not open for write. Objects outside a database change freely.
+    int prepareWrite();
+    template <class Field, class Value>
+    int writeField(Field& field, Value&& value)
+    {
+        if (const int status = prepareWrite())
+            return status;
+        field = std::forward<Value>(value);
+        return Zr::eOk;
+    }
 
 private:
+    friend class ZrDbDatabase;
     friend int zrdbOpenObject(ZrDbObject*& object, ZrDbObjectId id, ZrDb::OpenMode mode, bool openErased);
     enum Flags : uint8_t { kErased = 1, kOpenForWrite = 2, kModified = 4 };
     struct XData;
@@ -83,6 +119,8 @@ private:
     XData* m_xdata = nullptr;
     uint16_t m_openCount = 0;
     uint8_t m_flags = 0;
+    // The recording of the undo history this object was last recorded in; it fills padding.
+    uint32_t m_undoStamp = 0;
 };
 
 // Opens an object by id: 0 on success, with `object` set; the caller closes it.

@@ -17,10 +17,12 @@ class ZRHOST_EXPORT ZrDbSymbolTable : public ZrDbObject
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbSymbolTable)
 public:
+    ZR_DB_DECLARE_COPY(ZrDbSymbolTable)
+public:
     ZrDbSymbolTable();
     ZrDbSymbolTable(const ZrDbSymbolTable& other);
+    ZrDbSymbolTable& operator=(const ZrDbSymbolTable& other);
     ~ZrDbSymbolTable() override;
-    ZrRxObject* clone() const override;
 
     // The record of that name, ignoring case; Zr::eKeyNotFound when there is none.
     int getIdAt(const ZrString& name, ZrDbObjectId& id, bool getErased = false) const;
@@ -33,7 +35,15 @@ public:
     const std::vector<int64_t>& recordHandles() const { return m_records; }
 
 private:
+    friend class ZrDbSymbolTableRecord;
+    friend class ZrDbDatabase;
+    struct NameIndex;
+    // The index of names folded to one case may hold names records had before; lookups check them.
+    void noteName(const ZrString& name, int64_t record) const;
+    int64_t findName(const ZrString& name, bool getErased) const;
+
     std::vector<int64_t> m_records;
+    mutable std::unique_ptr<NameIndex> m_names;
 };
 
 class ZRHOST_EXPORT ZrDbSymbolTableIterator
@@ -56,11 +66,13 @@ private:
     std::vector<int64_t> m_records;
     int m_index = 0;
     bool m_skipDeleted = true;
+    bool m_forward = true;
 };
 
 class ZRHOST_EXPORT ZrDbSymbolTableRecord : public ZrDbObject
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbSymbolTableRecord)
+    ZR_DB_DECLARE_COPY(ZrDbSymbolTableRecord)
 public:
     int getName(ZrString& name) const;
     ZrString name() const { return m_name; }
@@ -77,14 +89,14 @@ class ZRHOST_EXPORT ZrDbLayerTable : public ZrDbSymbolTable
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbLayerTable)
 public:
-    ZrRxObject* clone() const override { return new ZrDbLayerTable(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbLayerTable)
 };
 
 class ZRHOST_EXPORT ZrDbLayerTableRecord : public ZrDbSymbolTableRecord
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbLayerTableRecord)
 public:
-    ZrRxObject* clone() const override { return new ZrDbLayerTableRecord(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbLayerTableRecord)
     ZrCmColor color() const { return m_color; }
     int setColor(const ZrCmColor& color);
     bool isFrozen() const { return m_flags & kFrozen; }
@@ -124,14 +136,14 @@ class ZRHOST_EXPORT ZrDbLinetypeTable : public ZrDbSymbolTable
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbLinetypeTable)
 public:
-    ZrRxObject* clone() const override { return new ZrDbLinetypeTable(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbLinetypeTable)
 };
 
 class ZRHOST_EXPORT ZrDbLinetypeTableRecord : public ZrDbSymbolTableRecord
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbLinetypeTableRecord)
 public:
-    ZrRxObject* clone() const override { return new ZrDbLinetypeTableRecord(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbLinetypeTableRecord)
     // The sum of the dashes' absolute lengths.
     double patternLength() const;
     int numDashes() const { return static_cast<int>(m_dashes.size()); }
@@ -150,14 +162,14 @@ class ZRHOST_EXPORT ZrDbTextStyleTable : public ZrDbSymbolTable
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbTextStyleTable)
 public:
-    ZrRxObject* clone() const override { return new ZrDbTextStyleTable(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbTextStyleTable)
 };
 
 class ZRHOST_EXPORT ZrDbTextStyleTableRecord : public ZrDbSymbolTableRecord
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbTextStyleTableRecord)
 public:
-    ZrRxObject* clone() const override { return new ZrDbTextStyleTableRecord(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbTextStyleTableRecord)
     double textSize() const { return m_textSize; }
     int setTextSize(double size);
     double xScale() const { return m_xScale; }
@@ -188,14 +200,14 @@ class ZRHOST_EXPORT ZrDbDimStyleTable : public ZrDbSymbolTable
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbDimStyleTable)
 public:
-    ZrRxObject* clone() const override { return new ZrDbDimStyleTable(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbDimStyleTable)
 };
 
 class ZRHOST_EXPORT ZrDbDimStyleTableRecord : public ZrDbSymbolTableRecord
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbDimStyleTableRecord)
 public:
-    ZrRxObject* clone() const override { return new ZrDbDimStyleTableRecord(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbDimStyleTableRecord)
     ZrDbObjectId dimtxsty() const { return ZrDbObjectId(m_textStyle); }
     int setDimtxsty(ZrDbObjectId id);
     double dimscale() const { return m_scale; }
@@ -210,14 +222,14 @@ class ZRHOST_EXPORT ZrDbViewTable : public ZrDbSymbolTable
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbViewTable)
 public:
-    ZrRxObject* clone() const override { return new ZrDbViewTable(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbViewTable)
 };
 
 class ZRHOST_EXPORT ZrDbViewTableRecord : public ZrDbSymbolTableRecord
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbViewTableRecord)
 public:
-    ZrRxObject* clone() const override { return new ZrDbViewTableRecord(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbViewTableRecord)
     bool isPaperspaceView() const { return m_paperSpace; }
     int setIsPaperspaceView(bool on);
     ZrGePoint3d centerPoint() const { return m_center; }
@@ -236,14 +248,14 @@ class ZRHOST_EXPORT ZrDbUCSTable : public ZrDbSymbolTable
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbUCSTable)
 public:
-    ZrRxObject* clone() const override { return new ZrDbUCSTable(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbUCSTable)
 };
 
 class ZRHOST_EXPORT ZrDbUCSTableRecord : public ZrDbSymbolTableRecord
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbUCSTableRecord)
 public:
-    ZrRxObject* clone() const override { return new ZrDbUCSTableRecord(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbUCSTableRecord)
     ZrGePoint3d origin() const { return m_origin; }
     ZrGeVector3d xAxis() const { return m_xAxis; }
     ZrGeVector3d yAxis() const { return m_yAxis; }
@@ -259,14 +271,14 @@ class ZRHOST_EXPORT ZrDbRegAppTable : public ZrDbSymbolTable
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbRegAppTable)
 public:
-    ZrRxObject* clone() const override { return new ZrDbRegAppTable(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbRegAppTable)
 };
 
 class ZRHOST_EXPORT ZrDbRegAppTableRecord : public ZrDbSymbolTableRecord
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbRegAppTableRecord)
 public:
-    ZrRxObject* clone() const override { return new ZrDbRegAppTableRecord(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbRegAppTableRecord)
 };
 
 class ZrDbEntity;
@@ -276,14 +288,14 @@ class ZRHOST_EXPORT ZrDbBlockTable : public ZrDbSymbolTable
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbBlockTable)
 public:
-    ZrRxObject* clone() const override { return new ZrDbBlockTable(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbBlockTable)
 };
 
 class ZRHOST_EXPORT ZrDbBlockTableRecord : public ZrDbSymbolTableRecord
 {
     ZR_RX_DECLARE_MEMBERS(ZrDbBlockTableRecord)
 public:
-    ZrRxObject* clone() const override { return new ZrDbBlockTableRecord(*this); }
+    ZR_DB_DECLARE_COPY(ZrDbBlockTableRecord)
     bool isLayout() const { return m_layout != 0; }
     ZrDbObjectId getLayoutId() const { return ZrDbObjectId(m_layout); }
     int setLayoutId(ZrDbObjectId id);
@@ -329,4 +341,5 @@ private:
     std::vector<int64_t> m_entities;
     int m_index = 0;
     bool m_skipDeleted = true;
+    bool m_forward = true;
 };

@@ -43,6 +43,9 @@ struct ZrHostState
     QVector<ZrHostControl::WindowCall> focusCalls;
     QStringList helpTopics;
     QQueue<int> messageAnswers;
+    // Whether a view paints the drawing, and who repaints it when a surface is asked to redraw.
+    bool drawingSurfaceActive = false;
+    std::function<void()> redrawListener;
     QVector<ZrHostControl::MessageRecord> messageLog;
 };
 

@@ -1,6 +1,7 @@
 #include "zrarbitdict.h"
 
 #include "hoststate.h"
+#include "zrdbdatabase.h"
 #include "zrdocument.h"
 #include "zrsystem.h"
 
@@ -138,6 +139,11 @@ bool ZrEdCommandStack::runCommand(const ZrString& name)
         function();
         return true;
     }
+    // A command is one undo step of the drawing it started in; the reference keeps that drawing
+    // alive should the command open another.
+    const ZrDbDatabasePtr database(curDatabase());
+    if (database)
+        database->beginUndoStep(globalName);
     CXuCommandObject* command = context->commandObject();
     const ZrString outerName = command->commandName();
     context->setActiveCommandCount(context->activeCommandCount() + 1);
@@ -145,5 +151,7 @@ bool ZrEdCommandStack::runCommand(const ZrString& name)
     function();
     command->setCommandName(outerName);
     context->setActiveCommandCount(context->activeCommandCount() - 1);
+    if (database)
+        database->endUndoStep();
     return true;
 }

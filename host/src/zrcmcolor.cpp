@@ -1,13 +1,14 @@
 #include "zrcmcolor.h"
 
-#include "zrdbobjectid.h"
-
 #include <QColor>
 #include <array>
 
-const ZrDbObjectId ZrDbObjectId::kNull;
-
-bool ZrDbObjectId::isErased() const { return isNull(); }
+struct ZrCmColor::Names
+{
+    ZrString colorName;
+    ZrString bookName;
+    ZrString displayName;
+};
 
 namespace {
 
@@ -115,26 +116,31 @@ int ZrCmColor::setPenIndex(uint16_t index) { return setColorIndex(index); }
 
 int ZrCmColor::setNames(const wchar_t* colorName, const wchar_t* bookName)
 {
-    m_colorName = ZrString(colorName);
-    m_bookName = ZrString(bookName);
+    const ZrString color(colorName);
+    const ZrString book(bookName);
+    if (color.isEmpty() && book.isEmpty()) {
+        m_names.reset();
+        return 0;
+    }
+    // A new record each time: copies of this colour keep sharing the old one.
+    m_names = std::make_shared<const Names>(
+        Names{color, book, book.isEmpty() ? color : book + ZrString(L"$") + color});
     return 0;
 }
 
-const wchar_t* ZrCmColor::colorName() const { return m_colorName.kwszPtr(); }
-const wchar_t* ZrCmColor::bookName() const { return m_bookName.kwszPtr(); }
-
-const wchar_t* ZrCmColor::colorNameForDisplay()
-{
-    m_displayName = m_bookName.isEmpty() ? m_colorName : m_bookName + ZrString(L"$") + m_colorName;
-    return m_displayName.kwszPtr();
-}
-
-bool ZrCmColor::hasColorName() const { return !m_colorName.isEmpty(); }
-bool ZrCmColor::hasBookName() const { return !m_bookName.isEmpty(); }
+const wchar_t* ZrCmColor::colorName() const { return m_names ? m_names->colorName.kwszPtr() : L""; }
+const wchar_t* ZrCmColor::bookName() const { return m_names ? m_names->bookName.kwszPtr() : L""; }
+const wchar_t* ZrCmColor::colorNameForDisplay() { return m_names ? m_names->displayName.kwszPtr() : L""; }
+bool ZrCmColor::hasColorName() const { return m_names && !m_names->colorName.isEmpty(); }
+bool ZrCmColor::hasBookName() const { return m_names && !m_names->bookName.isEmpty(); }
 
 ZrCmEntityColor ZrCmColor::entityColor() const { return ZrCmEntityColor(m_method, m_index); }
 
 bool ZrCmColor::operator==(const ZrCmColor& other) const
 {
-    return color() == other.color() && m_colorName == other.m_colorName && m_bookName == other.m_bookName;
+    if (color() != other.color())
+        return false;
+    if (m_names == other.m_names)
+        return true;
+    return ZrString(colorName()) == ZrString(other.colorName()) && ZrString(bookName()) == ZrString(other.bookName());
 }

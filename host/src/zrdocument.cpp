@@ -1,8 +1,35 @@
 #include "zrdocument.h"
 
+#include "hoststate.h"
+#include "zrdbdatabase.h"
+#include "zrdbinternal.h"
+#include "zrreactor.h"
+#include "zrsystem.h"
+
 #include <algorithm>
 #include <memory>
 #include <vector>
+
+struct CXuDrawingSurface::Data
+{
+    int redraws = 0;
+};
+
+CXuDrawingSurface::CXuDrawingSurface() : d(new Data) {}
+CXuDrawingSurface::~CXuDrawingSurface() { delete d; }
+bool CXuDrawingSurface::isDefaultOperation() const { return !ZrHostState::get().drawingSurfaceActive; }
+int CXuDrawingSurface::redrawCount() const { return d->redraws; }
+
+void CXuDrawingSurface::redraw(int, int)
+{
+    ++d->redraws;
+    if (ZrHostState::get().redrawListener)
+        ZrHostState::get().redrawListener();
+}
+
+CXuGraphicsManager::CXuGraphicsManager() = default;
+CXuGraphicsManager::~CXuGraphicsManager() = default;
+CXuDrawingSurface* CXuGraphicsManager::drawingSurface() { return &m_surface; }
 
 struct CXuCommandObject::Data
 {
@@ -29,26 +56,101 @@ struct CXuDocContext::Data
     CXuCommandObject command;
     int activeCommands = 0;
     bool inputCenter = true;
+    CXuGraphicsManager graphics;
+    // The name of the pick-first selection set; 0 while nothing is selected.
+    long selection = 0;
 };
 
+namespace {
+
+ZrDbDatabase* databaseOf(const CXuDocContext* context)
+{
+    const CXuDocManager* documents = zrDocManagerPtr();
+    for (int i = 0; i < documents->documentCount(); ++i) {
+        if (documents->document(i)->context() == context)
+            return documents->document(i)->database();
+    }
+    return nullptr;
+}
+
+} // namespace
+
 CXuDocContext::CXuDocContext() : d(new Data) {}
-CXuDocContext::~CXuDocContext() { delete d; }
+
+CXuDocContext::~CXuDocContext()
+{
+    zrHostFreeSelection(d->selection);
+    delete d;
+}
+
 CXuCommandObject* CXuDocContext::commandObject() { return &d->command; }
 int CXuDocContext::activeCommandCount() const { return d->activeCommands; }
 void CXuDocContext::setActiveCommandCount(int count) { d->activeCommands = std::max(0, count); }
 bool CXuDocContext::inputCenter() const { return d->inputCenter; }
 void CXuDocContext::setInputCenter(bool on) { d->inputCenter = on; }
+CXuGraphicsManager* CXuDocContext::graphicsManager() { return &d->graphics; }
+
+const std::vector<ZrDbObjectId>& CXuDocContext::pickFirst() const { return zrHostSelection(d->selection); }
+
+void CXuDocContext::setPickFirst(std::vector<ZrDbObjectId> ids)
+{
+    if (ids.empty() && !d->selection)
+        return;
+    zrHostFreeSelection(std::exchange(d->selection, 0));
+    if (!ids.empty())
+        d->selection = zrHostNewSelection(std::move(ids));
+    CZrGlobalUIReactorHelp event;
+    event.kind = kZrUiEventSelection;
+    event.database = databaseOf(this);
+    event.selectionActive = d->selection != 0;
+    zrHostPostUiEvent(event);
+}
+
+bool CXuDocContext::pickFirstSS(long name[2]) const
+{
+    name[0] = name[1] = 0;
+    if (!d->selection)
+        return false;
+    zrHostSelectionName(d->selection, name);
+    return true;
+}
+
+bool CXuDocContext::hasSelection() const { return d->selection != 0; }
 
 struct CXuDocument::Data
 {
     ZrString name;
     CXuDocContext context;
+    ZrDbDatabasePtr database;
 };
 
-CXuDocument::CXuDocument(const ZrString& name) : d(new Data) { d->name = name; }
+// A new document holds a new drawing, as the host's "new" does.
+CXuDocument::CXuDocument(const ZrString& name) : d(new Data)
+{
+    d->name = name;
+    ZrDbDatabase* database = new ZrRxObjectImpl<ZrDbDatabase>(true);
+    setDatabase(database);
+    zrrxRelease(database);
+}
+
 CXuDocument::~CXuDocument() { delete d; }
+
 ZrString CXuDocument::name() const { return d->name; }
 CXuDocContext* CXuDocument::context() { return &d->context; }
+ZrDbDatabase* CXuDocument::database() const { return d->database.get(); }
+
+void CXuDocument::setDatabase(ZrDbDatabase* database)
+{
+    if (database == d->database.get())
+        return;
+    // The selection names objects of the drawing it leaves.
+    d->context.setPickFirst({});
+    d->database = ZrDbDatabasePtr(database);
+    CZrGlobalUIReactorHelp event;
+    event.kind = kZrUiEventDocument;
+    event.database = database;
+    zrHostPostUiEvent(event);
+}
 
 struct CXuDocManager::Data
 {
@@ -87,3 +189,5 @@ void CXuDocManager::closeDocument(CXuDocument* doc)
     if (!d->current && !d->documents.empty())
         d->current = d->documents.back().get();
 }
+
+CXuDocManager* zrDocManagerPtr() { return CXuSystem::instance()->docManager(); }

@@ -1,6 +1,8 @@
 // zrui end to end: runs the real executable, which loads the module as a plug-in,
 // and checks what a caller gets back.
 
+#include "zrdrawingcontrol.h"
+#include "zrhostcontrol.h"
 #include "zrtestmain.h"
 
 #include <QColor>
@@ -73,10 +75,37 @@ private:
 
     QString tempPath(const QString& name) const { return m_dir.filePath(name); }
 
+    QString hostAppFile() const
+    {
+        return QFileInfo(QStringLiteral(ZR_ZRUI_FILE)).dir().filePath(QStringLiteral("zrhostapp"));
+    }
+
     QTemporaryDir m_dir;
+    // The host's own sample, saved: a drawing file the host must read back.
+    QString m_goodDrawing;
+    // Broken on line 2.
+    QString m_brokenDrawing;
 
 private Q_SLOTS:
-    void initTestCase() { QVERIFY(m_dir.isValid()); }
+    void initTestCase()
+    {
+        QVERIFY(m_dir.isValid());
+        ZrHostControl::Options options;
+        options.configDir = tempPath(QStringLiteral("config"));
+        options.resourceRoot = QStringLiteral(ZR_RESOURCE_ROOT);
+        ZrHostControl::initialize(options);
+        ZrHostControl::openSampleDrawing();
+        m_goodDrawing = tempPath(QStringLiteral("sample.json"));
+        QString error;
+        const bool saved = ZrHostControl::saveDrawing(m_goodDrawing, &error);
+        ZrHostControl::shutdown();
+        QVERIFY2(saved, qPrintable(error));
+
+        m_brokenDrawing = tempPath(QStringLiteral("broken-drawing.json"));
+        QFile broken(m_brokenDrawing);
+        QVERIFY(broken.open(QIODevice::WriteOnly));
+        broken.write("{\n  \"layers\": [,]\n}\n");
+    }
 
     void messageBoxAnswersTheWayItWasClosed_data()
     {
@@ -160,6 +189,10 @@ private Q_SLOTS:
         QTest::newRow("unknown option") << QStringList{"list", "--frob"} << 2 << "usage";
         QTest::newRow("bad theme") << box + QStringList{"--theme", "blue"} << 2 << "usage";
         QTest::newRow("param and param file") << box + QStringList{"--param-file", "p.json"} << 2 << "usage";
+        QTest::newRow("missing drawing") << box + QStringList{"--drawing", "/nonexistent/d.json"} << 2
+                                         << "/nonexistent/d.json";
+        QTest::newRow("broken drawing") << QStringList{"list", "--drawing", m_brokenDrawing} << 2
+                                        << "broken-drawing.json.*line 2";
     }
 
     void failuresExitWithTheirCode()
@@ -173,6 +206,15 @@ private Q_SLOTS:
         QCOMPARE(r.exitCode, exitCode);
         QVERIFY2(r.err.contains(QRegularExpression(stderrPattern)), qPrintable(r.err));
         QVERIFY2(r.out.isEmpty(), r.out.constData());
+    }
+
+    // The option is read (a broken file fails above); a good file must not change what the dialog answers.
+    void drawingFileIsOpenedBeforeTheDialog()
+    {
+        const ZruiRun r = run({"dialog", "MessageBox", "--param", kMessageBoxParam, "--drawing", m_goodDrawing,
+                               "--do", "key:Alt+N"});
+        QVERIFY2(r.exitCode == 0, qPrintable(r.err));
+        QCOMPARE(r.answerLine().value("result").toInt(), 1);
     }
 
     void listNamesTheMessageBox()
@@ -203,14 +245,14 @@ private Q_SLOTS:
         QVERIFY2(meanLightness(shots[1]) < meanLightness(shots[0]), "the dark theme is not darker");
     }
 
-    // The headless path scripts/run-host.sh takes.
+    // The headless path scripts/run-host.sh takes. The tour clicks two entities on different layers
+    // and fails unless the layer box blanks, so a zero exit covers the selection path as well.
     void hostAppTakesItsScreenshots()
     {
-        const QString hostApp = QFileInfo(QStringLiteral(ZR_ZRUI_FILE)).dir().filePath(QStringLiteral("zrhostapp"));
-        if (!QFileInfo::exists(hostApp))
+        if (!QFileInfo::exists(hostAppFile()))
             QSKIP("zrhostapp is not built");
         const QString dir = tempPath(QStringLiteral("host-shots"));
-        const ZruiRun r = run({"--screenshot", dir, "--theme", "dark"}, hostApp);
+        const ZruiRun r = run({"--screenshot", dir, "--theme", "dark"}, hostAppFile());
         QVERIFY2(r.finished, "zrhostapp did not end");
         QVERIFY2(r.exitCode == 0, qPrintable(r.err));
         for (const char* name : {"main-window.png", "message-box.png"}) {
@@ -219,6 +261,17 @@ private Q_SLOTS:
             QVERIFY2(r.out.contains(name), r.out.constData());
         }
         QVERIFY2(r.out.contains("\"result\": 2"), r.out.constData());
+    }
+
+    void hostAppRefusesABrokenDrawing()
+    {
+        if (!QFileInfo::exists(hostAppFile()))
+            QSKIP("zrhostapp is not built");
+        const ZruiRun r = run({"--drawing", m_brokenDrawing, "--screenshot", tempPath(QStringLiteral("no-shots"))},
+                              hostAppFile());
+        QCOMPARE(r.exitCode, 2);
+        QVERIFY2(r.err.contains(QRegularExpression("broken-drawing.json.*line 2")), qPrintable(r.err));
+        QVERIFY(!QFileInfo::exists(tempPath(QStringLiteral("no-shots"))));
     }
 };
 

@@ -1,0 +1,168 @@
+#include "zrscreenshottour.h"
+
+#include "zrappenv.h"
+#include "zrdbentity.h"
+#include "zrdbsymtb.h"
+#include "zrdialogrun.h"
+#include "zrdocument.h"
+#include "zrdrawingcontrol.h"
+#include "zrdrawingview.h"
+#include "zrhostmainwindow.h"
+#include "zrlayercombobox.h"
+#include "zrui.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QTest>
+#include <QWindow>
+
+#include <algorithm>
+#include <memory>
+
+namespace {
+
+bool saveGrab(QWidget* widget, const QString& file)
+{
+    if (!widget->grab().save(file, "PNG")) {
+        ZrApp::printLine(stderr, QStringLiteral("zrhostapp: cannot write %1").arg(file));
+        return false;
+    }
+    ZrApp::printLine(stdout, file);
+    return true;
+}
+
+struct Candidate
+{
+    ZrDbObjectId id, layer;
+    double minX, minY, maxX, maxY;
+
+    double size() const { return std::max(maxX - minX, maxY - minY); }
+};
+
+bool isOnLockedLayer(ZrDbObjectId layer)
+{
+    ZrDbObjectPointer<ZrDbLayerTableRecord> record(layer, ZrDb::kForRead);
+    return record && record->isLocked();
+}
+
+// The entities a user would pick to show the layer box: none on a locked layer, none reaching into
+// the outer tenth of the drawing, where frames and site boundaries lie. Larger ones first.
+std::vector<Candidate> pickableCandidates()
+{
+    std::vector<Candidate> all;
+    for (ZrDbObjectId id : ZrHostControl::entitiesOfCurrentSpace()) {
+        ZrDbObjectPointer<ZrDbEntity> entity(id, ZrDb::kForRead);
+        Candidate c{id, entity ? entity->layerId() : ZrDbObjectId(), 0, 0, 0, 0};
+        if (entity && ZrHostControl::entityExtents(entity.object(), c.minX, c.minY, c.maxX, c.maxY))
+            all.push_back(c);
+    }
+    if (all.empty())
+        return all;
+    Candidate whole = all.front();
+    for (const Candidate& c : all) {
+        whole.minX = std::min(whole.minX, c.minX);
+        whole.minY = std::min(whole.minY, c.minY);
+        whole.maxX = std::max(whole.maxX, c.maxX);
+        whole.maxY = std::max(whole.maxY, c.maxY);
+    }
+    const double marginX = (whole.maxX - whole.minX) / 10;
+    const double marginY = (whole.maxY - whole.minY) / 10;
+    std::vector<Candidate> inner;
+    for (const Candidate& c : all) {
+        if (c.minX >= whole.minX + marginX && c.maxX <= whole.maxX - marginX && c.minY >= whole.minY + marginY
+            && c.maxY <= whole.maxY - marginY && !isOnLockedLayer(c.layer))
+            inner.push_back(c);
+    }
+    std::stable_sort(inner.begin(), inner.end(), [](const Candidate& a, const Candidate& b) { return a.size() > b.size(); });
+    return inner;
+}
+
+// Where to click for two entities on different layers: a large outline, then a piece at most half
+// its size on another layer, so that both highlights read clearly. False when the view has no such
+// pair in sight.
+bool twoOnDifferentLayers(const ZrDrawingView* view, QPoint clicks[2])
+{
+    const std::vector<Candidate> candidates = pickableCandidates();
+    const auto first = std::find_if(candidates.begin(), candidates.end(),
+                                    [&](const Candidate& c) { return view->pickPoint(c.id, &clicks[0]); });
+    if (first == candidates.end())
+        return false;
+    return std::any_of(first + 1, candidates.end(), [&](const Candidate& c) {
+        return c.layer != first->layer && c.size() <= first->size() / 2 && view->pickPoint(c.id, &clicks[1]);
+    });
+}
+
+// Clicks two entities on different layers as a user would.
+bool clickTwoOnDifferentLayers(ZrDrawingView* view)
+{
+    QPoint clicks[2];
+    if (!twoOnDifferentLayers(view, clicks))
+        return false;
+    QTest::mouseClick(view, Qt::LeftButton, Qt::NoModifier, clicks[0]);
+    QTest::mouseClick(view, Qt::LeftButton, Qt::ShiftModifier, clicks[1]);
+    return true;
+}
+
+size_t selectionSize()
+{
+    return zrDocManagerPtr()->curDocument()->context()->pickFirst().size();
+}
+
+// Two objects selected and the layer box blank: the host's events have reached the window.
+bool showsTwoLayers(const ZrHostMainWindow* window)
+{
+    return selectionSize() == 2 && window->layerBox()->currentText().isEmpty();
+}
+
+// A message box over the window, grabbed once it is up and closed as its close button would.
+bool writeMessageBox(ZrHostMainWindow* window, const QString& file)
+{
+    QObject boxWatch;
+    bool written = false;
+    ZrApp::whenModalShown(&boxWatch, [&file, &written](QWidget* box) {
+        written = saveGrab(box, file);
+        box->close();
+    });
+    const ZrJsonPtr answer = zruiMessageBoxEx(L"ZrQtBaseUtils", L"图纸“平面图-1”已修改。\n是否在关闭前保存更改？",
+                                              nullptr, 3, 1, 32, window);
+    const QString line = QString::fromUtf8(ZrApp::answerLine(nullptr, answer));
+    window->appendToCommandLine(line);
+    ZrApp::printLine(stdout, line);
+    return written;
+}
+
+// How long the window may take to show the selection.
+constexpr int kSettleMs = 5000;
+
+} // namespace
+
+void takeScreenshots(ZrHostMainWindow* window, const QString& dir)
+{
+    // A platform that tells nothing of exposure goes straight on.
+    const auto exposed = [window] { return !window->windowHandle() || window->windowHandle()->isExposed(); };
+    ZrApp::when(window, exposed, [window, dir] {
+        QDir().mkpath(dir);
+        if (!clickTwoOnDifferentLayers(window->drawingView())) {
+            ZrApp::printLine(stderr, QStringLiteral("zrhostapp: no two entities on different layers in sight"));
+            return QApplication::exit(1);
+        }
+        // The host tells the window of the new selection from the event loop.
+        auto waited = std::make_shared<QElapsedTimer>();
+        waited->start();
+        const auto settled = [window, waited] { return showsTwoLayers(window) || waited->hasExpired(kSettleMs); };
+        ZrApp::when(window, settled, [window, dir] {
+            if (!showsTwoLayers(window)) {
+                ZrApp::printLine(stderr, QStringLiteral("zrhostapp: two clicks selected %1 entities and the layer box "
+                                                        "shows \"%2\"")
+                                             .arg(selectionSize())
+                                             .arg(window->layerBox()->currentText()));
+                return QApplication::exit(1);
+            }
+            const QDir out(dir);
+            const bool written = saveGrab(window, out.filePath(QStringLiteral("main-window.png")))
+                && writeMessageBox(window, out.filePath(QStringLiteral("message-box.png")));
+            QApplication::exit(written ? 0 : 1);
+        });
+    });
+}

@@ -1,0 +1,160 @@
+#include "zrhostreactor.h"
+
+#include "zrglobaluireactor.h"
+
+#include "zrarbitdict.h"
+#include "zrreactor.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QObject>
+#include <algorithm>
+#include <functional>
+#include <vector>
+
+namespace {
+
+// Runs its function when its posted event arrives.
+class BatchReceiver : public QObject
+{
+public:
+    explicit BatchReceiver(std::function<void()> run) : m_run(std::move(run)) {}
+
+    static QEvent::Type eventType()
+    {
+        static const auto type = static_cast<QEvent::Type>(QEvent::registerEventType());
+        return type;
+    }
+
+    bool event(QEvent* event) override
+    {
+        if (event->type() != eventType())
+            return QObject::event(event);
+        m_run();
+        return true;
+    }
+
+private:
+    std::function<void()> m_run;
+};
+
+class ReactorService : public ZrUiReactorService
+{
+public:
+    ReactorService() : m_receiver([this] { refresh(); }) {}
+
+    int addReactorControl(CZrQtControlHelp* control) override
+    {
+        if (!control || find(control) != m_controls.end())
+            return 1;
+        m_controls.push_back(Entry{control, m_nextSerial++});
+        return 0;
+    }
+
+    int removeReactorControl(CZrQtControlHelp* control) override
+    {
+        const auto it = find(control);
+        if (it == m_controls.end())
+            return 1;
+        m_controls.erase(it);
+        return 0;
+    }
+
+    // The host hands events one by one; those of one turn are refreshed together.
+    void take(const CZrGlobalUIReactorHelp& event)
+    {
+        m_pending.push_back(event);
+        if (m_scheduled)
+            return;
+        m_scheduled = true;
+        QCoreApplication::postEvent(&m_receiver, new QEvent(BatchReceiver::eventType()), Qt::LowEventPriority);
+    }
+
+private:
+    // A registration: the serial tells a control that went away from a new one at the same address.
+    struct Entry
+    {
+        CZrQtControlHelp* control;
+        quint64 serial;
+    };
+
+    std::vector<Entry>::iterator find(const CZrQtControlHelp* control)
+    {
+        return std::find_if(m_controls.begin(), m_controls.end(),
+                            [control](const Entry& entry) { return entry.control == control; });
+    }
+
+    bool registered(const Entry& entry) const
+    {
+        return std::any_of(m_controls.begin(), m_controls.end(),
+                           [&entry](const Entry& other) { return other.serial == entry.serial; });
+    }
+
+    // Controls may register, unregister or be destroyed from inside any of the calls below, so the
+    // work goes over a copy and checks each control again before it is called.
+    void refresh()
+    {
+        m_scheduled = false;
+        std::vector<CZrGlobalUIReactorHelp> events;
+        events.swap(m_pending);
+        std::vector<Entry> interested;
+        for (const Entry& entry : std::vector<Entry>(m_controls)) {
+            bool wants = false;
+            // Every event is asked: some controls take side steps in needUpdateUI.
+            for (const CZrGlobalUIReactorHelp& event : events) {
+                if (!registered(entry))
+                    break;
+                wants = entry.control->needUpdateUI(event) || wants;
+            }
+            if (wants && registered(entry))
+                interested.push_back(entry);
+        }
+        if (interested.empty())
+            return;
+        ZrArray<ZrGlobalUIReactorHelp::SPickFirstInfo*> records;
+        for (const Entry& entry : interested) {
+            ZrGlobalUIReactorHelp::SPickFirstInfo* record =
+                registered(entry) ? entry.control->getPickFirstInfo() : nullptr;
+            if (record) {
+                record->reset();
+                records.append(record);
+            }
+        }
+        zrqthelper::getPickFirstInfos(records);
+        for (const Entry& entry : interested) {
+            if (registered(entry))
+                entry.control->onUpdateUI();
+        }
+    }
+
+    BatchReceiver m_receiver;
+    std::vector<Entry> m_controls;
+    std::vector<CZrGlobalUIReactorHelp> m_pending;
+    quint64 m_nextSerial = 1;
+    bool m_scheduled = false;
+};
+
+int g_listener = -1;
+
+} // namespace
+
+namespace ZrHostReactor {
+
+void install()
+{
+    uninstall();
+    ZrSmartPtr<ReactorService> service(new ZrRxObjectImpl<ReactorService>(), kZrAttach);
+    zr_arbitDict_regservice(zrqthelper::kZrUiReactorServiceSlot, ZrRxObjectPtr(service.get()));
+    // The listener holds the service, so that it outlives a slot emptied behind its back.
+    g_listener = zrHostAddUiEventListener(
+        [service](const CZrGlobalUIReactorHelp& event) { service->take(event); });
+}
+
+void uninstall()
+{
+    if (g_listener >= 0)
+        zrHostRemoveUiEventListener(std::exchange(g_listener, -1));
+    zr_arbitDict_clearservice(zrqthelper::kZrUiReactorServiceSlot);
+}
+
+} // namespace ZrHostReactor

@@ -1,0 +1,13 @@
+#pragma once
+// The host's reactor service in slot 14: the drawing-bound controls register with it, and it tells
+// them of the host's events, reading the selection once for all of them.
+
+namespace ZrHostReactor {
+
+// Puts a new reactor service in slot 14 and starts listening to the host's events. Events of one
+// turn of the event loop are taken up together from the next posted-event pass.
+void install();
+// Stops listening and empties slot 14; registered controls are forgotten.
+void uninstall();
+
+} // namespace ZrHostReactor

@@ -1,0 +1,229 @@
+// The events of the host for the user interface, and the database service.
+
+#include "zrreactor.h"
+
+#include "zrdbdatabase.h"
+#include "zrdbdatabasedata.h"
+#include "zrdbinternal.h"
+#include "zrdbsymtb.h"
+#include "zrdocument.h"
+#include "zrsystem.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+#include <deque>
+#include <functional>
+#include <map>
+#include <unordered_set>
+
+namespace {
+
+// What makes two waiting events the same: one of them is enough.
+struct EventKey
+{
+    int64_t kind;
+    int64_t detail;
+    const void* object;
+    const void* database;
+    std::wstring name;
+    bool selectionActive;
+
+    explicit EventKey(const CZrGlobalUIReactorHelp& e)
+        : kind(e.kind), detail(e.detail), object(e.object), database(e.database), name(e.name.std()),
+          selectionActive(e.selectionActive)
+    {
+    }
+    bool operator==(const EventKey& o) const
+    {
+        return kind == o.kind && detail == o.detail && object == o.object && database == o.database && name == o.name
+            && selectionActive == o.selectionActive;
+    }
+};
+
+struct EventKeyHash
+{
+    size_t operator()(const EventKey& k) const
+    {
+        size_t h = std::hash<int64_t>()(k.kind) ^ (std::hash<int64_t>()(k.detail) << 1);
+        h ^= std::hash<const void*>()(k.object) + 0x9e3779b9 + (h << 6) + (h >> 2);
+        h ^= std::hash<const void*>()(k.database) + 0x9e3779b9 + (h << 6) + (h >> 2);
+        return h ^ (std::hash<std::wstring>()(k.name) << 1) ^ size_t(k.selectionActive);
+    }
+};
+
+struct UiEvents
+{
+    std::deque<CZrGlobalUIReactorHelp> waiting;
+    std::unordered_set<EventKey, EventKeyHash> keys;
+    std::map<int, std::function<void(const CZrGlobalUIReactorHelp&)>> listeners;
+    int lastKey = 0;
+    bool deliveryScheduled = false;
+};
+
+// Never destroyed: databases that die with the process drop their events into it.
+UiEvents& uiEvents()
+{
+    static auto* events = new UiEvents;
+    return *events;
+}
+
+void deliverUiEvents()
+{
+    UiEvents& events = uiEvents();
+    events.deliveryScheduled = false;
+    while (!events.waiting.empty()) {
+        const CZrGlobalUIReactorHelp event = events.waiting.front();
+        events.waiting.pop_front();
+        events.keys.erase(EventKey(event));
+        // A listener may add or remove listeners; those removed on the way are not called.
+        std::vector<int> keys;
+        for (const auto& listener : events.listeners)
+            keys.push_back(listener.first);
+        for (int key : keys) {
+            const auto found = events.listeners.find(key);
+            if (found != events.listeners.end()) {
+                const auto listener = found->second;
+                listener(event);
+            }
+        }
+    }
+}
+
+} // namespace
+
+void zrHostPostUiEvent(const CZrGlobalUIReactorHelp& event)
+{
+    UiEvents& events = uiEvents();
+    if (!events.keys.insert(EventKey(event)).second)
+        return;
+    events.waiting.push_back(event);
+    if (!events.deliveryScheduled && QCoreApplication::instance()) {
+        events.deliveryScheduled = true;
+        QTimer::singleShot(0, QCoreApplication::instance(), deliverUiEvents);
+    }
+}
+
+int zrHostAddUiEventListener(std::function<void(const CZrGlobalUIReactorHelp&)> listener)
+{
+    UiEvents& events = uiEvents();
+    events.listeners.emplace(++events.lastKey, std::move(listener));
+    return events.lastKey;
+}
+
+void zrHostRemoveUiEventListener(int key) { uiEvents().listeners.erase(key); }
+
+void zrHostFlushUiEvents() { deliverUiEvents(); }
+
+void zrHostDropUiEventsOf(const ZrDbDatabase* database)
+{
+    UiEvents& events = uiEvents();
+    for (auto it = events.waiting.begin(); it != events.waiting.end();) {
+        if (it->database == database) {
+            events.keys.erase(EventKey(*it));
+            it = events.waiting.erase(it);
+        } else {
+            ++it;
+        }
+    }
+}
+
+bool zrHostSelectionActive()
+{
+    CXuDocContext* context = CXuSystem::instance()->docContext();
+    return context && context->hasSelection();
+}
+
+ZR_RX_DEFINE_MEMBERS(ZrUiReactorService, ZrRxObject)
+ZR_RX_DEFINE_MEMBERS(ZrDbDatabaseService, ZrRxObject)
+
+int ZrDbDatabaseService::startEdits(ZrDbDatabase* database)
+{
+    if (!database)
+        return Zr::eNoDatabase;
+    database->beginUndoStep(ZrString(L"PROPERTIES"));
+    database->setUndoMark();
+    return Zr::eOk;
+}
+
+int ZrDbDatabaseService::endEdits(ZrDbDatabase* database)
+{
+    if (!database)
+        return Zr::eNoDatabase;
+    database->dropMark();
+    database->endUndoStep();
+    return Zr::eOk;
+}
+
+int ZrDbDatabaseService::cancelEdits(ZrDbDatabase* database)
+{
+    if (!database)
+        return Zr::eNoDatabase;
+    database->rollBackToMark();
+    return endEdits(database);
+}
+
+int ZrDbDatabaseService::getSysVar(ZrDbDatabase* database, const wchar_t* name, ZrResBuf*& value)
+{
+    value = nullptr;
+    if (!name)
+        return RTERROR;
+    ZrResBuf* result = zrutNewRb(RTNONE);
+    if (zrdbGetVariable(database, ZrString(name), result) != RTNORM) {
+        zrutRelRb(result);
+        return RTERROR;
+    }
+    value = result;
+    return RTNORM;
+}
+
+int ZrDbDatabaseService::setSysVar(ZrDbDatabase* database, const wchar_t* name, const ZrResBuf* value)
+{
+    if (!name || !value)
+        return RTERROR;
+    return zrdbSetVariable(database, ZrString(name), value);
+}
+
+ZrDbObjectId ZrDbDatabaseService::modelSpaceId(ZrDbDatabase* database)
+{
+    return database ? database->modelSpaceId() : ZrDbObjectId();
+}
+
+ZrDbObjectId ZrDbDatabaseService::paperSpaceId(ZrDbDatabase* database)
+{
+    return database ? database->paperSpaceId() : ZrDbObjectId();
+}
+
+// Every drawing has these dictionaries from the start, so there is nothing to create.
+ZrDbObjectId ZrDbDatabaseService::plotStyleDictionary(ZrDbDatabase* database, bool)
+{
+    return database ? database->plotStyleNameDictionaryId() : ZrDbObjectId();
+}
+
+ZrDbObjectId ZrDbDatabaseService::materialDictionary(ZrDbDatabase* database, bool)
+{
+    return database ? database->materialDictionaryId() : ZrDbObjectId();
+}
+
+ZrDbObjectId ZrDbDatabaseService::tableStyleDictionary(ZrDbDatabase* database, bool)
+{
+    return database ? database->tableStyleDictionaryId() : ZrDbObjectId();
+}
+
+ZrDbObjectId ZrDbDatabaseService::mleaderStyleDictionary(ZrDbDatabase* database, bool)
+{
+    return database ? database->mleaderStyleDictionaryId() : ZrDbObjectId();
+}
+
+void ZrDbDatabaseService::beginBlockTableWalk(ZrDbDatabase*) {}
+void ZrDbDatabaseService::endBlockTableWalk(ZrDbDatabase*) {}
+
+ZrDbObjectId ZrDbDatabaseService::currentLayoutId(ZrDbDatabase* database)
+{
+    return database ? database->currentLayoutId() : ZrDbObjectId();
+}
+
+void ZrDbDatabaseService::textStyleFlags(const ZrDbTextStyleTableRecord* record, bool& first, bool& second)
+{
+    first = record && record->isBackwards();
+    second = record && record->isUpsideDown();
+}

@@ -1,0 +1,274 @@
+// The layer combo box as a user meets it: it follows the selection and the current layer from the
+// host's events, and a pick writes the layer through GLOBAL_UI_UPDATEDB.
+
+#include "controlstesthelpers.h"
+#include "zrtestmain.h"
+
+#include "zrlayercombobox.h"
+
+#include <QAbstractItemView>
+#include <QObject>
+#include <QSignalSpy>
+#include <memory>
+
+using namespace ControlsTest;
+
+namespace {
+
+// Opens the list with a click and walks to the item with the arrow keys. Typing the name would not
+// do twice in a row: the list's search goes on from the text typed just before.
+void pick(ZrLayerComboBox& box, const QString& text)
+{
+    QTest::mouseClick(&box, Qt::LeftButton);
+    QTRY_VERIFY(box.view()->isVisible());
+    const int row = box.findText(text);
+    QVERIFY(row >= 0);
+    QTest::keyClick(box.view(), Qt::Key_Home);
+    for (int i = 0; i < row; ++i)
+        QTest::keyClick(box.view(), Qt::Key_Down);
+    QTest::keyClick(box.view(), Qt::Key_Return);
+    QTRY_VERIFY(!box.view()->isVisible());
+}
+
+QStringList items(const ZrLayerComboBox& box)
+{
+    QStringList out;
+    for (int i = 0; i < box.count(); ++i)
+        out << box.itemText(i);
+    return out;
+}
+
+// The host's events of the last change reach the box from the event loop.
+void poke() { ZrHostControl::clearSelection(); }
+
+} // namespace
+
+class TestLayerComboBox : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_host.reset(new Host);
+        m_beta = addLayer(QStringLiteral("Beta"));
+        m_target = addLayer(QStringLiteral("Target"));
+        m_frozen = addLayer(QStringLiteral("Frozen"), {true});
+    }
+
+    void cleanup()
+    {
+        m_box.reset();
+        m_host.reset();
+    }
+
+    void hiddenCurrentLayerIsAppended()
+    {
+        const ZrDbObjectId ghost = addLayer(QStringLiteral("Ghost"), {false, false, true});
+        db()->setClayer(ghost);
+        ZrLayerComboBox& box = bound();
+        QVERIFY(!items(box).contains(QStringLiteral("Ghost")));
+        poke();
+        QTRY_COMPARE(box.currentText(), QStringLiteral("Ghost"));
+        QCOMPARE(box.currentIndex(), box.count() - 1);
+        QVERIFY(box.isEnabled());
+        box.onInit();
+        QVERIFY(!items(box).contains(QStringLiteral("Ghost")));
+    }
+
+    void nothingSelectedShowsAndSetsTheCurrentLayer()
+    {
+        ZrLayerComboBox& box = bound();
+        poke();
+        QTRY_COMPARE(box.currentText(), QStringLiteral("0"));
+        pick(box, QStringLiteral("Beta"));
+        QTRY_COMPARE(db()->clayer(), m_beta);
+        QCOMPARE(m_host->macros(), QStringList{QStringLiteral("GLOBAL_UI_UPDATEDB")});
+    }
+
+    void twoLayersSelectedThenOnePickMovesThemAll()
+    {
+        const ZrDbObjectId first = addLine(m_beta);
+        const ZrDbObjectId second = addLine();
+        ZrLayerComboBox& box = bound();
+        markHistory();
+        select({first, second});
+        QTRY_COMPARE(box.currentIndex(), -1);
+        QVERIFY(box.isEnabled());
+
+        pick(box, QStringLiteral("Target"));
+        QTRY_COMPARE(layerOf(first), m_target);
+        QCOMPARE(layerOf(second), m_target);
+        // The objects are one and the same now: the box follows.
+        QTRY_COMPARE(box.currentText(), QStringLiteral("Target"));
+        QVERIFY(ZrHostControl::undo());
+        QCOMPARE(layerOf(first), m_beta);
+        QCOMPARE(layerOf(second), db()->clayer());
+        QCOMPARE(db()->undoStepName().toQString(), QStringLiteral("mark"));
+    }
+
+    void frozenLayerIsRefusedAsCurrent()
+    {
+        ZrLayerComboBox& box = bound();
+        poke();
+        QTRY_COMPARE(box.currentText(), QStringLiteral("0"));
+        ZrHostControl::pushMessageBoxAnswer(1);
+        pick(box, QStringLiteral("Frozen"));
+        QCOMPARE(ZrHostControl::messageLog().size(), 1);
+        QCOMPARE(ZrHostControl::messageLog()[0].flags, 64);
+        QVERIFY(m_host->macros().isEmpty());
+        QVERIFY(db()->clayer() != m_frozen);
+        // Left on its new text until the next update.
+        QCOMPARE(box.currentText(), QStringLiteral("Frozen"));
+        poke();
+        QTRY_COMPARE(box.currentText(), QStringLiteral("0"));
+    }
+
+    void objectsOnLockedLayersAreLeftOutAndCounted()
+    {
+        const ZrDbObjectId locked = addLayer(QStringLiteral("Locked"), {false, true});
+        const ZrDbObjectId kept = addLine(locked);
+        const ZrDbObjectId moved = addLine(m_beta);
+        ZrLayerComboBox& box = bound();
+        select({kept, moved});
+        QTRY_COMPARE(box.currentIndex(), -1);
+        ZrHostControl::pushMessageBoxAnswer(1);
+        pick(box, QStringLiteral("Target"));
+        QTRY_COMPARE(layerOf(moved), m_target);
+        QCOMPARE(layerOf(kept), locked);
+        QCOMPARE(ZrHostControl::messageLog().size(), 1);
+        QVERIFY(ZrHostControl::messageLog()[0].text.startsWith(QStringLiteral("在锁定图层上有 1 个对象未被更新")));
+    }
+
+    // Every road of onUpdateUI: a common layer, layers that differ, a current layer the list lacks.
+    void hostRefreshIsSilent()
+    {
+        const ZrDbObjectId onBeta = addLine(m_beta);
+        const ZrDbObjectId onTarget = addLine(m_target);
+        const ZrDbObjectId ghost = addLayer(QStringLiteral("Ghost"), {false, false, true});
+        db()->setClayer(ghost);
+        ZrLayerComboBox& box = bound();
+        QSignalSpy picked(&box, &ZrLayerComboBox::layerItemChanged);
+        QSignalSpy changed(&box, QOverload<int>::of(&QComboBox::currentIndexChanged));
+        ZrHostControl::clearLogs();
+        markHistory();
+
+        select({onBeta});
+        QTRY_COMPARE(box.currentText(), QStringLiteral("Beta"));
+        select({onBeta, onTarget});
+        QTRY_COMPARE(box.currentIndex(), -1);
+        ZrHostControl::clearSelection();
+        QTRY_COMPARE(box.currentText(), QStringLiteral("Ghost"));
+
+        QVERIFY(picked.isEmpty());
+        QVERIFY(changed.isEmpty());
+        QVERIFY(ZrHostControl::focusCalls().isEmpty());
+        QVERIFY(m_host->macros().isEmpty());
+        QVERIFY(nothingSinceMark());
+        QVERIFY(!box.signalsBlocked());
+    }
+
+    void useCurrentModeNeverWrites()
+    {
+        ZrLayerComboBox& box = bound(1);
+        QCOMPARE(box.itemText(0), QStringLiteral("使用当前项"));
+        QVERIFY(!items(box).contains(QStringLiteral("Frozen")));
+        QSignalSpy picked(&box, &ZrLayerComboBox::layerItemChanged);
+        pick(box, QStringLiteral("Beta"));
+        QCOMPARE(picked.size(), 1);
+        QCOMPARE(box.currentText(), QStringLiteral("Beta"));
+        QVERIFY(m_host->macros().isEmpty());
+        QVERIFY(db()->clayer() != m_beta);
+    }
+
+    void reopeningTheListKeepsTheText()
+    {
+        ZrLayerComboBox& box = bound();
+        select({addLine(m_target)});
+        QTRY_COMPARE(box.currentText(), QStringLiteral("Target"));
+        addLayer(QStringLiteral("Aardvark"));
+        QTest::mouseClick(&box, Qt::LeftButton);
+        QTRY_VERIFY(box.view()->isVisible());
+        QCOMPARE(box.itemText(1), QStringLiteral("Aardvark"));
+        QCOMPARE(box.currentText(), QStringLiteral("Target"));
+        QTest::keyClick(box.view(), Qt::Key_Escape);
+        QTRY_VERIFY(!box.view()->isVisible());
+        QCOMPARE(box.currentText(), QStringLiteral("Target"));
+        QVERIFY(m_host->macros().isEmpty());
+    }
+
+    void variableEventsAreRefused()
+    {
+        ZrLayerComboBox& box = bound();
+        CZrGlobalUIReactorHelp event;
+        event.kind = kZrUiEventSysVar;
+        for (const wchar_t* name : {L"CLAYER", L"CVPORT", L"TILEMODE", L"BLOCKEDITOR"}) {
+            event.name = ZrString(name);
+            QVERIFY(!box.needUpdateUI(event));
+        }
+        event.kind = kZrUiEventView;
+        QVERIFY(box.needUpdateUI(event));
+
+        event.kind = kZrUiEventObject;
+        event.database = db();
+        {
+            ZrDbObjectPointer<ZrDbObject> layer(m_beta, ZrDb::kForRead);
+            ZrDbObjectPointer<ZrDbObject> line(addLine(), ZrDb::kForRead);
+            event.object = layer.object();
+            QVERIFY(box.needUpdateUI(event));
+            event.object = line.object();
+            QVERIFY(!box.needUpdateUI(event));
+            event.selectionActive = true;
+            QVERIFY(box.needUpdateUI(event));
+        }
+        event.object = nullptr;
+
+        CXuDocManager* documents = zrDocManagerPtr();
+        documents->closeDocument(documents->curDocument());
+        event.kind = kZrUiEventView;
+        QVERIFY(!box.needUpdateUI(event));
+    }
+
+    void pickerReturnsFromAFrozenLayer()
+    {
+        m_box.reset(new ZrLayerComboBox(0, nullptr));
+        ZrLayerComboBox& box = *m_box;
+        box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        pick(box, QStringLiteral("Beta"));
+        QCOMPARE(box.currentText(), QStringLiteral("Beta"));
+        QSignalSpy picked(&box, &ZrLayerComboBox::layerItemChanged);
+        pick(box, QStringLiteral("Frozen"));
+        QCOMPARE(box.currentText(), QStringLiteral("Beta"));
+        QCOMPARE(picked.size(), 1);
+        QVERIFY(m_host->macros().isEmpty());
+    }
+
+    void destroyedBoxIsForgotten()
+    {
+        bound();
+        m_box.reset();
+        ZrLayerComboBox& box = bound();
+        select({addLine(m_beta)});
+        QTRY_COMPARE(box.currentText(), QStringLiteral("Beta"));
+    }
+
+private:
+    ZrLayerComboBox& bound(int mode = 0)
+    {
+        m_box.reset(new ZrLayerComboBox(true, mode, nullptr));
+        m_box->show();
+        if (!QTest::qWaitForWindowExposed(m_box.get()))
+            qWarning("the box was never shown");
+        return *m_box;
+    }
+
+    std::unique_ptr<Host> m_host;
+    std::unique_ptr<ZrLayerComboBox> m_box;
+    ZrDbObjectId m_beta;
+    ZrDbObjectId m_target;
+    ZrDbObjectId m_frozen;
+};
+
+ZR_TEST_SUITE(TestLayerComboBox)
+#include "tst_layercombobox.moc"

@@ -1,0 +1,245 @@
+// The write path: orders posted by the controls, carried out by GLOBAL_UI_UPDATEDB on the
+// selected objects or on the drawing's current values.
+
+#include "controlstesthelpers.h"
+#include "zrtestmain.h"
+
+#include "zrqthelper.h"
+
+#include "zrdbdict.h"
+#include "zrresbuf.h"
+
+#include <QObject>
+#include <memory>
+
+using namespace ControlsTest;
+using zrqthelper::EntityValue;
+
+namespace {
+
+const QString kCommand = QStringLiteral("GLOBAL_UI_UPDATEDB");
+
+ZrCmColor colorOf(ZrDbObjectId id)
+{
+    return readEntity<ZrDbEntity>(id, [](const ZrDbEntity* e) { return e->color(); });
+}
+
+ZrDbObjectId addTextStyle(const QString& name)
+{
+    return addRecord(&ZrDbDatabase::getTextStyleTable, new ZrDbTextStyleTableRecord, name);
+}
+
+QString tableStyleVariable()
+{
+    ZrResBuf* value = nullptr;
+    ZrSmartPtr<ZrDbDatabaseService> service = zrqthelper::getDatabaseService();
+    service->getSysVar(db(), L"CTABLESTYLE", value);
+    const QString name = value && value->restype == RTSTR ? QString::fromWCharArray(value->resval.rstring) : QString();
+    zrutRelRb(value);
+    return name;
+}
+
+} // namespace
+
+class TestWritePath : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_host.reset(new Host); }
+    void cleanup() { m_host.reset(); }
+
+    void orderRunsAsACommandOfItsOwn()
+    {
+        bool inputCenterWhenQueued = true;
+        ZrHostControl::setMacroListener(
+            [&](const ZrHostControl::MacroCall&) { inputCenterWhenQueued = context()->inputCenter(); });
+        context()->setInputCenter(true);
+        const ZrCmColor before = db()->cecolor();
+
+        zrqthelper::setCeColor(aci(1));
+        const QVector<ZrHostControl::MacroCall> queued = ZrHostControl::queuedMacros();
+        QCOMPARE(queued.size(), 1);
+        QCOMPARE(queued[0].text, kCommand);
+        QVERIFY(!queued[0].echo);
+        QVERIFY(queued[0].asCommand);
+        QVERIFY(!inputCenterWhenQueued);
+        QVERIFY(context()->inputCenter());
+        // Nothing happens before the command runs from the event loop.
+        QVERIFY(db()->cecolor() == before);
+
+        QTRY_COMPARE(db()->cecolor().colorIndex(), uint16_t(1));
+        QVERIFY(db()->canUndo());
+        QVERIFY(ZrHostControl::undo());
+        QVERIFY(db()->cecolor() == before);
+    }
+
+    void orderInsideACommandRunsAtOnce()
+    {
+        context()->setActiveCommandCount(1);
+        QVERIFY(zrqthelper::getCmdActived());
+        zrqthelper::setCeWeight(static_cast<ZrDb::LineWeight>(30));
+        QCOMPARE(int(db()->celweight()), 30);
+        QVERIFY(ZrHostControl::queuedMacros().isEmpty());
+        context()->setActiveCommandCount(0);
+    }
+
+    void oneOrderAtATime()
+    {
+        const ZrCmColor before = db()->cecolor();
+        zrqthelper::setCeColor(aci(3));
+        zrqthelper::setCeWeight(static_cast<ZrDb::LineWeight>(50));
+        QTRY_COMPARE(m_host->commandsRun().size(), 2);
+        // The weight overwrote the colour before either command ran.
+        QCOMPARE(int(db()->celweight()), 50);
+        QVERIFY(db()->cecolor() == before);
+    }
+
+    void selectionChangesInOneStepAndLockedOnesAreCounted()
+    {
+        const ZrDbObjectId open = addLayer(QStringLiteral("Open"));
+        const ZrDbObjectId locked = addLayer(QStringLiteral("Locked"), {false, true});
+        const std::vector<ZrDbObjectId> ids{addLine(open), addLine(locked), addLine(locked), addLine(open)};
+        const ZrCmColor before = colorOf(ids[0]);
+        select(ids);
+        ZrHostControl::pushMessageBoxAnswer(1);
+
+        zrqthelper::setCeColor(aci(1));
+        QTRY_VERIFY(m_host->commandsRun().contains(kCommand));
+        QCOMPARE(colorOf(ids[0]).colorIndex(), uint16_t(1));
+        QCOMPARE(colorOf(ids[3]).colorIndex(), uint16_t(1));
+        QVERIFY(colorOf(ids[1]) == before);
+        QVERIFY(colorOf(ids[2]) == before);
+        const QVector<ZrHostControl::MessageRecord> log = ZrHostControl::messageLog();
+        QCOMPARE(log.size(), 1);
+        QCOMPARE(log[0].caption, QString());
+        QCOMPARE(log[0].flags, 0);
+        QCOMPARE(log[0].text, QStringLiteral("在锁定图层上有 2 个对象未被更新，\n已从选择集中删除。"));
+
+        QVERIFY(ZrHostControl::undo());
+        QVERIFY(colorOf(ids[0]) == before);
+        QVERIFY(colorOf(ids[3]) == before);
+    }
+
+    void allOnLockedLayersChangesNothing()
+    {
+        const ZrDbObjectId locked = addLayer(QStringLiteral("Locked"), {false, true});
+        const std::vector<ZrDbObjectId> ids{addLine(locked), addLine(locked), addLine(locked)};
+        select(ids);
+        ZrHostControl::pushMessageBoxAnswer(1);
+        zrqthelper::setCeWeight(static_cast<ZrDb::LineWeight>(70));
+        QTRY_VERIFY(m_host->commandsRun().contains(kCommand));
+        for (ZrDbObjectId id : ids)
+            QCOMPARE(readEntity<ZrDbEntity>(id, [](const ZrDbEntity* e) { return e->lineWeight(); }), ZrDb::kLnWtByLayer);
+        QCOMPARE(ZrHostControl::messageLog().size(), 1);
+        QVERIFY(ZrHostControl::messageLog()[0].text.contains(QLatin1String(" 3 ")));
+    }
+
+    void currentLayerIsScreened()
+    {
+        addLayer(QStringLiteral("Frozen"), {true});
+        addLayer(QStringLiteral("Ref|Wall"));
+        const ZrDbObjectId plain = addLayer(QStringLiteral("Plain"));
+        ZrHostControl::pushMessageBoxAnswer(1);
+        ZrHostControl::pushMessageBoxAnswer(1);
+
+        QVERIFY(!zrqthelper::setCLayer(ZrDbObjectId::kNull, ZrString(L"Frozen")));
+        QVERIFY(!zrqthelper::setCLayer(ZrDbObjectId::kNull, ZrString(L"Missing")));
+        QVERIFY(!zrqthelper::setCLayer(ZrDbObjectId::kNull, ZrString(L"Ref|Wall")));
+        const QVector<ZrHostControl::MessageRecord> log = ZrHostControl::messageLog();
+        QCOMPARE(log.size(), 2);
+        QCOMPARE(log[0].caption, QStringLiteral("图层 - 无法置为当前"));
+        QCOMPARE(log[0].flags, 64);
+        QVERIFY(log[0].text.startsWith(QStringLiteral("无法将选定图层置为当前图层。")));
+        QVERIFY(ZrHostControl::queuedMacros().isEmpty());
+
+        // Names go ignoring case; the current layer itself passes.
+        QVERIFY(zrqthelper::setCLayer(ZrDbObjectId::kNull, ZrString(L"plain")));
+        QTRY_COMPARE(db()->clayer(), plain);
+        QVERIFY(zrqthelper::setCLayer(plain, ZrString()));
+
+        // With a selection only the name is screened: a frozen layer may take objects.
+        select({addLine()});
+        QVERIFY(!zrqthelper::setCLayer(ZrDbObjectId::kNull, ZrString()));
+        QVERIFY(!zrqthelper::setCLayer(ZrDbObjectId::kNull, ZrString(L"Ref|Wall")));
+        QVERIFY(zrqthelper::setCLayer(ZrDbObjectId::kNull, ZrString(L"Frozen")));
+    }
+
+    void lineTypeOrderNeedsANameOnlyForTheSelection()
+    {
+        const ZrDbObjectId dashed = addLineType(QStringLiteral("DASHED"), {5.0, -2.5});
+        const ZrDbObjectId line = addLine();
+        const ZrString before = readEntity<ZrDbEntity>(line, [](const ZrDbEntity* e) { return e->linetype(); });
+        select({line});
+        zrqthelper::setCeLType(dashed, ZrString());
+        QTRY_VERIFY(m_host->commandsRun().contains(kCommand));
+        QCOMPARE(readEntity<ZrDbEntity>(line, [](const ZrDbEntity* e) { return e->linetype(); }), before);
+
+        ZrHostControl::clearSelection();
+        zrqthelper::setCeLType(dashed, ZrString());
+        QTRY_COMPARE(db()->celtype(), dashed);
+        zrqthelper::setCeLType(ZrDbObjectId::kNull, ZrString(L"continuous"));
+        QTRY_COMPARE(db()->celtype(), db()->continuousLinetype());
+    }
+
+    void textStyleGoesToTheObjectsThatHaveOne()
+    {
+        const ZrDbObjectId notes = addTextStyle(QStringLiteral("Notes"));
+        auto* text = new ZrDbText;
+        text->setTextStyle(db()->textstyle());
+        const ZrDbObjectId textId = addEntity(text);
+        const ZrDbObjectId line = addLine();
+        select({textId, line});
+        zrqthelper::setCTextStyle(ZrDbObjectId::kNull, ZrString(L"notes"));
+        QTRY_COMPARE(readEntity<ZrDbText>(textId, [](const ZrDbText* t) { return t->textStyle(); }), notes);
+        QVERIFY(db()->textstyle() != notes);
+    }
+
+    void tableStyleIsADrawingVariable()
+    {
+        ZrDbDictionary* styles = nullptr;
+        QCOMPARE(zrdbOpenObject(styles, db()->tableStyleDictionaryId(), ZrDb::kForWrite), int(Zr::eOk));
+        auto* report = new ZrDbTableStyle;
+        report->setName(ZrString(L"Report"));
+        ZrDbObjectId reportId;
+        styles->setAt(ZrString(L"Report"), report, reportId);
+        report->close();
+        styles->close();
+
+        zrqthelper::setCTableStyle(ZrDbObjectId::kNull, ZrString(L"REPORT"));
+        QTRY_COMPARE(tableStyleVariable(), QStringLiteral("Report"));
+    }
+
+    void setPropertyTestsClassAndValue()
+    {
+        const ZrDbObjectId wall = addLayer(QStringLiteral("Wall"));
+        const ZrDbObjectId arch = addRecord(&ZrDbDatabase::getDimStyleTable, new ZrDbDimStyleTableRecord,
+                                            QStringLiteral("Arch"));
+        const ZrDbObjectId lineId = addLine();
+        const ZrDbObjectId dimensionId = addDimension(db()->dimstyle());
+        ZrDbObjectPointer<ZrDbEntity> line(lineId, ZrDb::kForWrite);
+        ZrDbObjectPointer<ZrDbEntity> dimension(dimensionId, ZrDb::kForWrite);
+
+        EntityValue value;
+        value.styleId = arch;
+        QVERIFY(!zrqthelper::setProperty(nullptr, zrqthelper::Entity_DimStyle, value));
+        QVERIFY(!zrqthelper::setProperty(line.object(), zrqthelper::Entity_DimStyle, value));
+        QVERIFY(!zrqthelper::setProperty(line.object(), static_cast<zrqthelper::Entity_Property>(10), value));
+        QVERIFY(zrqthelper::setProperty(dimension.object(), zrqthelper::Entity_DimStyle, value));
+        QCOMPARE(ZrDbDimension::cast(dimension.object())->dimensionStyle(), arch);
+        QVERIFY(!zrqthelper::setProperty(dimension.object(), zrqthelper::Entity_DimStyle, value));
+
+        // Layers go by name, ignoring case: the same layer in other letters is no change.
+        value.styleName = ZrString(layerName(line->layerId()).toUpper());
+        QVERIFY(!zrqthelper::setProperty(line.object(), zrqthelper::Entity_Layer, value));
+        value.styleName = ZrString(L"wall");
+        QVERIFY(zrqthelper::setProperty(line.object(), zrqthelper::Entity_Layer, value));
+        QCOMPARE(line->layerId(), wall);
+    }
+
+private:
+    std::unique_ptr<Host> m_host;
+};
+
+ZR_TEST_SUITE(TestWritePath)
+#include "tst_writepath.moc"

@@ -1,0 +1,428 @@
+// The reference host's main window driven in-process, with the module loaded as a plug-in and the
+// reactor service installed, as zrhostapp runs it: mouse and keys in, the drawing checked after.
+
+// Mouse events go through the window as the window system delivers them, so that a move carries the
+// buttons held and drags and pans arrive as a user makes them.
+#define QTEST_QPA_MOUSE_HANDLING
+
+#include "zrappenv.h"
+#include "zrdbdatabase.h"
+#include "zrdbentity.h"
+#include "zrdbsymtb.h"
+#include "zrdocument.h"
+#include "zrdrawingcontrol.h"
+#include "zrdrawingview.h"
+#include "zrhostcontrol.h"
+#include "zrhostmainwindow.h"
+#include "zrhostsession.h"
+#include "zrlayercombobox.h"
+#include "zrtestmain.h"
+
+#include <QAbstractItemView>
+#include <QAction>
+#include <QApplication>
+#include <QTest>
+#include <QTreeWidget>
+#include <QWheelEvent>
+
+#include <memory>
+#include <vector>
+
+namespace {
+
+std::vector<ZrDbObjectId> selection()
+{
+    return zrDocManagerPtr()->curDocument()->context()->pickFirst();
+}
+
+ZrDbObjectId layerOf(ZrDbObjectId entity)
+{
+    ZrDbObjectPointer<ZrDbEntity> opened(entity, ZrDb::kForRead);
+    return opened ? opened->layerId() : ZrDbObjectId();
+}
+
+QString layerName(ZrDbObjectId layer)
+{
+    ZrDbObjectPointer<ZrDbLayerTableRecord> opened(layer, ZrDb::kForRead);
+    return opened ? opened->name().toQString() : QString();
+}
+
+struct LayerState
+{
+    bool frozen = false;
+    bool locked = false;
+};
+
+ZrDbObjectId addLayer(const QString& name, LayerState state = {})
+{
+    ZrDbObjectPointer<ZrDbLayerTable> table(curDatabase()->layerTableId(), ZrDb::kForWrite);
+    auto* record = new ZrDbLayerTableRecord;
+    record->setName(ZrString(name));
+    record->setIsFrozen(state.frozen);
+    record->setIsLocked(state.locked);
+    ZrDbObjectId id;
+    table->add(record, &id);
+    record->close();
+    return id;
+}
+
+void setLayerOff(ZrDbObjectId layer, bool off)
+{
+    ZrDbObjectPointer<ZrDbLayerTableRecord> opened(layer, ZrDb::kForWrite);
+    opened->setIsOff(off);
+}
+
+ZrDbObjectId addToModelSpace(ZrDbEntity* entity, ZrDbObjectId layer = ZrDbObjectId())
+{
+    ZrDbObjectPointer<ZrDbBlockTableRecord> space(curDatabase()->modelSpaceId(), ZrDb::kForWrite);
+    ZrDbObjectId id;
+    space->appendZrDbEntity(id, entity);
+    if (!layer.isNull())
+        entity->setLayer(layer);
+    entity->close();
+    return id;
+}
+
+ZrDbObjectId addLine(double x0, double y0, double x1, double y1, ZrDbObjectId layer = ZrDbObjectId())
+{
+    return addToModelSpace(new ZrDbLine(ZrGePoint3d(x0, y0, 0), ZrGePoint3d(x1, y1, 0)), layer);
+}
+
+} // namespace
+
+class TstHostApp : public QObject
+{
+    Q_OBJECT
+
+private:
+    // A main window over the drawing now open, shown and active so that its shortcuts work.
+    void showWindow()
+    {
+        ZrHostControl::flushUiEvents();
+        m_window = std::make_unique<ZrHostMainWindow>(QStringList());
+        m_window->show();
+        QApplication::setActiveWindow(m_window.get());
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        view()->zoomExtents();
+    }
+
+    ZrDrawingView* view() const { return m_window->drawingView(); }
+    QAction* action(const char* name) const { return m_window->findChild<QAction*>(QLatin1String(name)); }
+
+    QPoint onScreen(double x, double y) const { return view()->drawingToWindow().map(QPointF(x, y)).toPoint(); }
+
+    void click(const QPoint& at, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+    {
+        QTest::mouseClick(view(), Qt::LeftButton, modifiers, at);
+    }
+
+    // A band dragged with the left button, in steps so that the view sees the drag.
+    void drag(const QPoint& from, const QPoint& to)
+    {
+        QTest::mousePress(view(), Qt::LeftButton, Qt::NoModifier, from);
+        QTest::mouseMove(view(), (from + to) / 2);
+        QTest::mouseMove(view(), to);
+        QTest::mouseRelease(view(), Qt::LeftButton, Qt::NoModifier, to);
+    }
+
+    // Opens the layer box with F4 and takes `name` with the arrow keys and Return, as a user would;
+    // false when the list did not open or has no such row.
+    bool chooseInLayerBox(const QString& name)
+    {
+        ZrLayerComboBox* box = m_window->layerBox();
+        QAbstractItemView* list = box->view();
+        QTest::keyClick(box, Qt::Key_F4);
+        if (!QTest::qWaitFor([list] { return list->isVisible(); }))
+            return false;
+        // The box reads the layers again as it opens, so the row is looked up only now.
+        const int row = box->findText(name);
+        for (int step = 0; row >= 0 && step <= box->count() && list->currentIndex().row() != row; ++step)
+            QTest::keyClick(list, list->currentIndex().row() < row ? Qt::Key_Down : Qt::Key_Up);
+        if (row < 0 || list->currentIndex().row() != row) {
+            QTest::keyClick(list, Qt::Key_Escape);
+            return false;
+        }
+        QTest::keyClick(list, Qt::Key_Return);
+        if (!QTest::qWaitFor([list] { return !list->isVisible(); }))
+            return false;
+        // A window manager hands the activation back to the main window once the list is gone; the
+        // offscreen platform leaves it with the list, and the window's shortcuts would not work.
+        m_window->activateWindow();
+        return QTest::qWaitForWindowActive(m_window.get());
+    }
+
+    std::unique_ptr<ZrHostSession> m_session;
+    std::unique_ptr<ZrHostMainWindow> m_window;
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        m_session = std::make_unique<ZrHostSession>(ZrApp::kLightTheme);
+        QVERIFY2(m_session->error().isEmpty(), qPrintable(m_session->error()));
+    }
+
+    void cleanup()
+    {
+        m_window.reset();
+        ZrHostControl::clearSelection();
+        ZrHostControl::flushUiEvents();
+        ZrHostControl::clearLogs();
+    }
+
+    void cleanupTestCase()
+    {
+        m_session.reset();
+    }
+
+    // The main check of the window: the module's layer box follows the view's selection and writes
+    // the user's choice to the drawing as one undo step.
+    void layerBoxMovesAMixedSelectionAndUndoPutsItBack()
+    {
+        ZrHostControl::openEmptyDrawing();
+        const ZrDbObjectId walls = addLayer(QStringLiteral("墙体"));
+        const ZrDbObjectId doors = addLayer(QStringLiteral("门窗"));
+        addLayer(QStringLiteral("家具"));
+        const ZrDbObjectId wall = addLine(0, 0, 100, 0, walls);
+        const ZrDbObjectId door = addLine(0, 50, 100, 50, doors);
+        const ZrDbObjectId clayer = curDatabase()->clayer();
+        showWindow();
+
+        click(onScreen(50, 0));
+        click(onScreen(50, 50), Qt::ShiftModifier);
+        QCOMPARE(selection(), (std::vector<ZrDbObjectId>{wall, door}));
+        ZrLayerComboBox* box = m_window->layerBox();
+        QTRY_VERIFY2(box->currentText().isEmpty(), qPrintable(box->currentText()));
+        QVERIFY(box->isEnabled());
+
+        QVERIFY(chooseInLayerBox(QStringLiteral("家具")));
+        QTRY_COMPARE(layerName(layerOf(wall)), QStringLiteral("家具"));
+        QCOMPARE(layerName(layerOf(door)), QStringLiteral("家具"));
+        QTRY_COMPARE(box->currentText(), QStringLiteral("家具"));
+        // The selection's objects moved; the drawing's current layer did not.
+        QCOMPARE(curDatabase()->clayer(), clayer);
+
+        QAction* undo = action("undoAction");
+        QAction* redo = action("redoAction");
+        QTRY_COMPARE(undo->text(), QStringLiteral("撤销 GLOBAL_UI_UPDATEDB"));
+        QVERIFY(undo->isEnabled());
+        QVERIFY(!redo->isEnabled());
+        // One Ctrl+Z takes both objects back.
+        QTest::keyClick(view(), Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(layerOf(wall), walls);
+        QCOMPARE(layerOf(door), doors);
+        QTRY_COMPARE(redo->text(), QStringLiteral("重做 GLOBAL_UI_UPDATEDB"));
+        QVERIFY(redo->isEnabled());
+        QTRY_VERIFY(box->currentText().isEmpty());
+
+        QTest::keyClick(view(), Qt::Key_Y, Qt::ControlModifier);
+        QCOMPARE(layerName(layerOf(wall)), QStringLiteral("家具"));
+        QCOMPARE(layerName(layerOf(door)), QStringLiteral("家具"));
+        QTRY_VERIFY(!redo->isEnabled());
+    }
+
+    void withoutSelectionTheBoxShowsAndSetsTheCurrentLayer()
+    {
+        ZrHostControl::openEmptyDrawing();
+        const ZrDbObjectId walls = addLayer(QStringLiteral("墙体"));
+        const ZrDbObjectId wall = addLine(0, 0, 100, 0, walls);
+        const ZrDbObjectId before = curDatabase()->clayer();
+        showWindow();
+        ZrLayerComboBox* box = m_window->layerBox();
+        QTRY_COMPARE(box->currentText(), layerName(before));
+        // A picked object shows its layer; Esc leaves nothing selected and the current layer again.
+        click(onScreen(50, 0));
+        QTRY_COMPARE(box->currentText(), QStringLiteral("墙体"));
+        QTest::keyClick(view(), Qt::Key_Escape);
+        QVERIFY(selection().empty());
+        QTRY_COMPARE(box->currentText(), layerName(before));
+
+        QVERIFY(chooseInLayerBox(QStringLiteral("墙体")));
+        QTRY_COMPARE(curDatabase()->clayer(), walls);
+        QCOMPARE(layerOf(wall), walls);
+        QTRY_COMPARE(action("undoAction")->text(), QStringLiteral("撤销 GLOBAL_UI_UPDATEDB"));
+        QTest::keyClick(view(), Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(curDatabase()->clayer(), before);
+        QTRY_COMPARE(box->currentText(), layerName(before));
+    }
+
+    void aFrozenLayerCannotBeMadeCurrent()
+    {
+        ZrHostControl::openEmptyDrawing();
+        addLayer(QStringLiteral("旧图"), {true, false});
+        const ZrDbObjectId before = curDatabase()->clayer();
+        showWindow();
+        ZrHostControl::pushMessageBoxAnswer(1);
+
+        QVERIFY(chooseInLayerBox(QStringLiteral("旧图")));
+        QTRY_COMPARE(ZrHostControl::messageLog().size(), 1);
+        const ZrHostControl::MessageRecord message = ZrHostControl::messageLog().constFirst();
+        QCOMPARE(message.caption, QStringLiteral("图层 - 无法置为当前"));
+        QVERIFY2(message.text.contains(QStringLiteral("冻结的图层")), qPrintable(message.text));
+        QCOMPARE(curDatabase()->clayer(), before);
+        QVERIFY(ZrHostControl::queuedMacros().isEmpty());
+    }
+
+    void entitiesOnLockedLayersAreLeftOutAndCounted()
+    {
+        ZrHostControl::openEmptyDrawing();
+        const ZrDbObjectId walls = addLayer(QStringLiteral("墙体"));
+        const ZrDbObjectId locked = addLayer(QStringLiteral("轴线"), {false, true});
+        const ZrDbObjectId furniture = addLayer(QStringLiteral("家具"));
+        const ZrDbObjectId wall = addLine(0, 0, 100, 0, walls);
+        const ZrDbObjectId axes[2] = {addLine(0, 50, 100, 50, locked), addLine(0, 100, 100, 100, locked)};
+        showWindow();
+        // A band dragged to the right across the whole view.
+        drag(view()->rect().topLeft() + QPoint(2, 2), view()->rect().bottomRight() - QPoint(2, 2));
+        QCOMPARE(selection().size(), size_t(3));
+        ZrHostControl::pushMessageBoxAnswer(1);
+
+        QVERIFY(chooseInLayerBox(QStringLiteral("家具")));
+        QTRY_COMPARE(layerOf(wall), furniture);
+        QCOMPARE(layerOf(axes[0]), locked);
+        QCOMPARE(layerOf(axes[1]), locked);
+        QTRY_COMPARE(ZrHostControl::messageLog().size(), 1);
+        const QString text = ZrHostControl::messageLog().constFirst().text;
+        QVERIFY2(text.startsWith(QStringLiteral("在锁定图层上有 2 个对象未被更新")), qPrintable(text));
+        QTest::keyClick(view(), Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(layerOf(wall), walls);
+    }
+
+    void clickPicksWithinAFewPixelsAndShiftClickTogglesAndEscClears()
+    {
+        ZrHostControl::openEmptyDrawing();
+        const ZrDbObjectId low = addLine(0, 0, 100, 0);
+        const ZrDbObjectId high = addLine(0, 50, 100, 50);
+        showWindow();
+
+        click(onScreen(50, 0) + QPoint(0, 3));
+        QCOMPARE(selection(), std::vector<ZrDbObjectId>{low});
+        click(onScreen(50, 50), Qt::ShiftModifier);
+        QCOMPARE(selection(), (std::vector<ZrDbObjectId>{low, high}));
+        click(onScreen(50, 0), Qt::ShiftModifier);
+        QCOMPARE(selection(), std::vector<ZrDbObjectId>{high});
+        // Shift+click on nothing keeps what is selected; a plain click on nothing clears it.
+        click(onScreen(50, 25), Qt::ShiftModifier);
+        QCOMPARE(selection(), std::vector<ZrDbObjectId>{high});
+        click(onScreen(50, 0) + QPoint(0, 12));
+        QVERIFY(selection().empty());
+
+        click(onScreen(50, 50));
+        QCOMPARE(selection().size(), size_t(1));
+        QTest::keyClick(view(), Qt::Key_Escape);
+        QVERIFY(selection().empty());
+    }
+
+    void theSelectionIsDrawnHighlighted()
+    {
+        ZrHostControl::openEmptyDrawing();
+        addLine(0, 0, 100, 0);
+        addLine(0, 50, 100, 50);
+        showWindow();
+        const QImage plain = view()->grab().toImage();
+        click(onScreen(50, 0));
+        const QImage picked = view()->grab().toImage();
+        // Only around the picked line does the picture change.
+        const QPoint at[2] = {onScreen(50, 0), onScreen(50, 50)};
+        QVERIFY(picked.pixel(at[0]) != plain.pixel(at[0]));
+        QCOMPARE(picked.pixel(at[1]), plain.pixel(at[1]));
+        QTest::keyClick(view(), Qt::Key_Escape);
+        QCOMPARE(view()->grab().toImage(), plain);
+    }
+
+    void clickPicksTheTopmostAndSkipsHiddenLayers()
+    {
+        ZrHostControl::openEmptyDrawing();
+        const ZrDbObjectId hidden = addLayer(QStringLiteral("hidden"));
+        addLine(0, 0, 100, 0);
+        const ZrDbObjectId onTop = addLine(0, 0, 100, 0);
+        addLine(0, 50, 100, 50);
+        const ZrDbObjectId off = addLine(0, 50, 100, 50, hidden);
+        setLayerOff(hidden, true);
+        showWindow();
+
+        click(onScreen(50, 0));
+        QCOMPARE(selection(), std::vector<ZrDbObjectId>{onTop});
+        click(onScreen(50, 50));
+        QCOMPARE(selection().size(), size_t(1));
+        QVERIFY(selection().front() != off);
+    }
+
+    void bandToTheRightTakesWhatLiesInsideToTheLeftWhatItTouches()
+    {
+        ZrHostControl::openEmptyDrawing();
+        const ZrDbObjectId shortLine = addLine(0, 0, 100, 0);
+        const ZrDbObjectId longLine = addLine(0, 50, 200, 50);
+        const ZrDbObjectId circle = addToModelSpace(new ZrDbCircle(ZrGePoint3d(300, 0, 0), 40));
+        showWindow();
+
+        const QPoint topLeft = onScreen(-5, 55);
+        const QPoint bottomRight = onScreen(105, -5);
+        drag(topLeft, bottomRight);
+        QCOMPARE(selection(), std::vector<ZrDbObjectId>{shortLine});
+        drag(bottomRight, topLeft);
+        QCOMPARE(selection(), (std::vector<ZrDbObjectId>{shortLine, longLine}));
+
+        // Inside the circle's box but clear of its outline: the band touches nothing there.
+        drag(onScreen(310, 10), onScreen(290, -10));
+        QVERIFY(selection().empty());
+        drag(onScreen(345, 10), onScreen(335, -10));
+        QCOMPARE(selection(), std::vector<ZrDbObjectId>{circle});
+    }
+
+    void wheelZoomsAboutTheCursorAndTheMiddleButtonPans()
+    {
+        ZrHostControl::openEmptyDrawing();
+        addLine(0, 0, 100, 100);
+        showWindow();
+
+        const QPoint cursor = onScreen(25, 75);
+        const QPointF before = view()->drawingToWindow().inverted().map(QPointF(cursor));
+        const double scaleBefore = view()->drawingToWindow().m11();
+        QWheelEvent wheel(cursor, view()->mapToGlobal(cursor), QPoint(), QPoint(0, 240), Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(view(), &wheel);
+        QVERIFY(view()->drawingToWindow().m11() > scaleBefore * 1.4);
+        const QPointF after = view()->drawingToWindow().inverted().map(QPointF(cursor));
+        QVERIFY2(qAbs(after.x() - before.x()) < 1e-6 && qAbs(after.y() - before.y()) < 1e-6, "the point under the cursor moved");
+
+        const QPoint from = onScreen(50, 50);
+        QTest::mousePress(view(), Qt::MiddleButton, Qt::NoModifier, from);
+        QTest::mouseMove(view(), from + QPoint(30, -20));
+        QTest::mouseRelease(view(), Qt::MiddleButton, Qt::NoModifier, from + QPoint(30, -20));
+        QCOMPARE(onScreen(50, 50), from + QPoint(30, -20));
+    }
+
+    void layerPanelFollowsTheLayers()
+    {
+        ZrHostControl::openEmptyDrawing();
+        showWindow();
+        auto* panel = m_window->findChild<QTreeWidget*>(QStringLiteral("layerPanel"));
+        QVERIFY(panel);
+        const int rows = panel->topLevelItemCount();
+        const ZrDbObjectId added = addLayer(QStringLiteral("家具"));
+        ZrHostControl::flushUiEvents();
+        QTRY_COMPARE(panel->topLevelItemCount(), rows + 1);
+        QTreeWidgetItem* row = panel->findItems(QStringLiteral("家具"), Qt::MatchExactly, 1).value(0);
+        QVERIFY(row);
+        const QString onBefore = row->toolTip(2);
+        setLayerOff(added, true);
+        ZrHostControl::flushUiEvents();
+        QTRY_VERIFY(row->toolTip(2) != onBefore);
+        // Only the changed row is touched: the item stays the same object.
+        QCOMPARE(panel->findItems(QStringLiteral("家具"), Qt::MatchExactly, 1).value(0), row);
+    }
+
+    void undoAndRedoAreDisabledWithoutHistory()
+    {
+        ZrHostControl::openEmptyDrawing();
+        showWindow();
+        QAction* undo = action("undoAction");
+        QAction* redo = action("redoAction");
+        QVERIFY(!undo->isEnabled());
+        QVERIFY(!redo->isEnabled());
+        QCOMPARE(undo->text(), QStringLiteral("撤销"));
+    }
+};
+
+ZR_TEST_SUITE(TstHostApp)
+#include "tst_hostapp.moc"
