@@ -1,20 +1,18 @@
 // The layer combo box with 10 000 layers: filling it against QComboBox::addItems of the same names,
 // and opening the list of a drawing-bound box, which refreshes it first.
 
-#include "qt_common_ui.h"
+#include "benchsupport.h"
 #include "zrlayercombobox.h"
 
 #include "zrdbdatabase.h"
 #include "zrdbsymtb.h"
 #include "zrdrawingcontrol.h"
-#include "zrhostcontrol.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
 #include <QElapsedTimer>
 #include <QRandomGenerator>
-#include <QTemporaryDir>
 #include <QTest>
 #include <algorithm>
 #include <cstdio>
@@ -41,32 +39,14 @@ void addLayers(int count)
     table->close();
 }
 
-double median(std::vector<double> v)
-{
-    std::sort(v.begin(), v.end());
-    return v[v.size() / 2];
-}
-
-void quietHandler(QtMsgType type, const QMessageLogContext&, const QString& message)
-{
-    if (type != QtDebugMsg)
-        std::fprintf(stderr, "%s\n", qPrintable(message));
-}
-
 } // namespace
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    qInstallMessageHandler(quietHandler);
+    zrbench::preferOffscreen();
+    zrbench::quietQtMessages();
     QApplication app(argc, argv);
-    QTemporaryDir config;
-    ZrHostControl::Options options;
-    options.configDir = config.path();
-    options.resourceRoot = QStringLiteral(ZR_RESOURCE_ROOT);
-    ZrHostControl::initialize(options);
-    zrrxEntryPoint(1);
+    zrbench::HostWithModule host;
 
     const int count = argc > 1 ? std::max(100, std::atoi(argv[1])) : 10000;
     const int rounds = argc > 2 ? std::max(3, std::atoi(argv[2])) : 15;
@@ -92,8 +72,8 @@ int main(int argc, char** argv)
         plain.addItems(names);
         qt.push_back(timer.nsecsElapsed() / 1e6);
     }
-    const double a = median(ours);
-    const double b = median(qt);
+    const double a = zrbench::median(ours);
+    const double b = zrbench::median(qt);
     std::printf("layer combo box with %d layers, median of %d rounds\n", names.size(), rounds);
     std::printf("  ZrLayerComboBox::init                %8.2f ms\n", a);
     std::printf("  QComboBox clear + addItems           %8.2f ms\n", b);
@@ -116,9 +96,7 @@ int main(int argc, char** argv)
         bound.hidePopup();
         QCoreApplication::processEvents();
     }
-    std::printf("  showPopup until shown                %8.2f ms  (goal: under 50)\n", median(popup));
+    std::printf("  showPopup until shown                %8.2f ms  (goal: under 50)\n", zrbench::median(popup));
 
-    zrrxEntryPoint(2);
-    ZrHostControl::shutdown();
     return 0;
 }

@@ -1,16 +1,14 @@
 // The module's message box against QMessageBox with the same text and buttons: from the call to
 // the dialog shown and closed. Both are closed by the same event filter the moment they are shown.
 
-#include "qt_common_ui.h"
+#include "benchsupport.h"
 
-#include "zrhostcontrol.h"
 #include "zrui.h"
 
 #include <QApplication>
 #include <QDialog>
 #include <QElapsedTimer>
 #include <QMessageBox>
-#include <QTemporaryDir>
 #include <QTimer>
 #include <algorithm>
 #include <cstdio>
@@ -35,13 +33,6 @@ public:
     }
 };
 
-// The offscreen platform warns at every fixed-size window; that says nothing here.
-void quietHandler(QtMsgType type, const QMessageLogContext&, const QString& message)
-{
-    if (type != QtDebugMsg && !message.contains(QLatin1String("propagateSizeHints")))
-        std::fprintf(stderr, "%s\n", qPrintable(message));
-}
-
 const wchar_t kTitle[] = L"ZrQtBaseUtils";
 const wchar_t kText[] = L"图层“墙体”已锁定，选中的 12 个对象中有 3 个未被修改。是否解锁该图层并重新应用？";
 
@@ -63,26 +54,14 @@ double qts()
     return timer.nsecsElapsed() / 1e6;
 }
 
-double median(std::vector<double> v)
-{
-    std::sort(v.begin(), v.end());
-    return v[v.size() / 2];
-}
-
 } // namespace
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    qInstallMessageHandler(quietHandler);
+    zrbench::preferOffscreen();
+    zrbench::quietQtMessages();
     QApplication app(argc, argv);
-    QTemporaryDir config;
-    ZrHostControl::Options options;
-    options.configDir = config.path();
-    options.resourceRoot = QStringLiteral(ZR_RESOURCE_ROOT);
-    ZrHostControl::initialize(options);
-    zrrxEntryPoint(1);
+    zrbench::HostWithModule host;
 
     Closer closer;
     app.installEventFilter(&closer);
@@ -99,15 +78,13 @@ int main(int argc, char** argv)
         oursMs.push_back(ours());
         qtMs.push_back(qts());
     }
-    const double a = median(oursMs);
-    const double b = median(qtMs);
+    const double a = zrbench::median(oursMs);
+    const double b = zrbench::median(qtMs);
     std::printf("message box shown and closed, median of %d rounds\n", rounds);
     std::printf("  zruiShowModelDialogEx(\"MessageBox\")  %8.3f ms\n", a);
     std::printf("  QMessageBox                           %8.3f ms\n", b);
     std::printf("  ratio ours / Qt                       %8.2f  (goal: at most 1.20)\n", a / b);
 
     app.removeEventFilter(&closer);
-    zrrxEntryPoint(2);
-    ZrHostControl::shutdown();
     return 0;
 }

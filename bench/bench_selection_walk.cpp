@@ -2,20 +2,18 @@
 // opens every selected entity once and reads the same ten properties through the same host calls.
 // All entities share their values, so the walk cannot end early and reads the whole selection.
 
-#include "qt_common_ui.h"
+#include "benchsupport.h"
 #include "zrglobaluireactor.h"
 
 #include "zrdbdatabase.h"
 #include "zrdbentity.h"
 #include "zrdocument.h"
 #include "zrdrawingcontrol.h"
-#include "zrhostcontrol.h"
 #include "zrselection.h"
 #include "zrsystem.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QTemporaryDir>
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -102,25 +100,14 @@ double plainPass()
     return timer.nsecsElapsed() / 1e6;
 }
 
-double median(std::vector<double> v)
-{
-    std::sort(v.begin(), v.end());
-    return v[v.size() / 2];
-}
-
 } // namespace
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    zrbench::preferOffscreen();
+    zrbench::quietQtMessages();
     QApplication app(argc, argv);
-    QTemporaryDir config;
-    ZrHostControl::Options options;
-    options.configDir = config.path();
-    options.resourceRoot = QStringLiteral(ZR_RESOURCE_ROOT);
-    ZrHostControl::initialize(options);
-    zrrxEntryPoint(1);
+    zrbench::HostWithModule host;
 
     const int count = argc > 1 ? std::max(1000, std::atoi(argv[1])) : 1000000;
     const int rounds = argc > 2 ? std::max(3, std::atoi(argv[2])) : 7;
@@ -139,15 +126,13 @@ int main(int argc, char** argv)
         ours.push_back(walk(records, array));
         plain.push_back(plainPass());
     }
-    const double a = median(ours);
-    const double b = median(plain);
+    const double a = zrbench::median(ours);
+    const double b = zrbench::median(plain);
     std::printf("selection walk over %d entities, 10 records, median of %d rounds\n", count, rounds);
     std::printf("  zrqthelper::getPickFirstInfos        %9.2f ms\n", a);
     std::printf("  one plain pass, same reads           %9.2f ms\n", b);
     std::printf("  ratio walk / plain pass              %9.2f  (goal: at most 1.30)\n", a / b);
 
     ZrHostControl::clearSelection();
-    zrrxEntryPoint(2);
-    ZrHostControl::shutdown();
     return 0;
 }

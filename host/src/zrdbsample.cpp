@@ -234,7 +234,7 @@ private:
         m_base = layer(L"A-BASE", aci(251), none, 9, kLocked, L"底图");
         layer(L"A-NOTE", aci(7), none, 18, kOff | kLocked);
         layer(L"隐藏图层", aci(7), none, -3, kHidden);
-        layer(L"*ADSK_SYSTEM_LIGHTS", aci(7), none, -3);
+        layer(L"*SYSTEM_LIGHTS", aci(7), none, -3);
         m_xrefWalls = layer(L"XREF|A-WALL", aci(7), none, 50);
         layer(L"XREF|A-DOOR", aci(4), none, 25);
         layer(L"XREF|0", aci(7), none, -3);
