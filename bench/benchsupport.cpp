@@ -17,7 +17,7 @@ void preferOffscreen()
 
 static void quietHandler(QtMsgType type, const QMessageLogContext&, const QString& message)
 {
-    if (type != QtDebugMsg && !message.contains(QLatin1String("propagateSizeHints")))
+    if (type != QtDebugMsg && !message.contains(QLatin1String("This plugin does not support")))
         std::fprintf(stderr, "%s\n", qPrintable(message));
 }
 

@@ -8,8 +8,8 @@ namespace zrbench {
 
 // The offscreen platform unless the caller chose one; call before the application object exists.
 void preferOffscreen();
-// Lets Qt's warnings through but not its debug lines, nor the offscreen platform's complaint about
-// fixed-size windows, which says nothing about speed.
+// Lets Qt's warnings through but not its debug lines, nor the offscreen platform's notes on what it
+// can't do (raise a window, grab the keyboard), which say nothing about speed.
 void quietQtMessages();
 double median(std::vector<double> values);
 

@@ -98,6 +98,8 @@ void clearSelection() { setSelection({}); }
 
 void flushUiEvents() { zrHostFlushUiEvents(); }
 
+EntityImageRequest lastEntityImageRequest() { return ZrHostState::get().entityImageRequest; }
+
 void setDrawingSurfaceActive(bool active) { ZrHostState::get().drawingSurfaceActive = active; }
 void setRedrawListener(std::function<void()> listener) { ZrHostState::get().redrawListener = std::move(listener); }
 

@@ -4,6 +4,7 @@
 #include "zrdbdatabase.h"
 #include "zrdbobjectid.h"
 #include "zrhost_export.h"
+#include "zrjson.h"
 
 #include <QColor>
 #include <QString>
@@ -45,6 +46,20 @@ ZRHOST_EXPORT bool entityExtents(const ZrDbEntity* entity, double& minX, double&
 // `toDevice` maps drawing units to the device; `foreground` stands for colour 7.
 ZRHOST_EXPORT void paintEntity(QPainter& painter, const ZrDbEntity* entity, const QTransform& toDevice,
                                const QColor& foreground, bool highlighted = false);
+// What zrsiutCreateEntityImage was last asked to draw: the line type and line type scale of each
+// entity, and a copy of the parameter object ("width", "height", "bfillbackground", "background").
+struct EntityImageRequest
+{
+    struct Entity
+    {
+        ZrDbObjectId linetype;
+        double linetypeScale = 1.0;
+    };
+    std::vector<Entity> entities;
+    // Null until the first request, or when it came without one.
+    ZrJsonPtr options;
+};
+ZRHOST_EXPORT EntityImageRequest lastEntityImageRequest();
 // Whether a layer's entities are drawn: not off, not frozen.
 ZRHOST_EXPORT bool isLayerVisible(ZrDbObjectId layer);
 

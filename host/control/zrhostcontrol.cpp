@@ -202,6 +202,7 @@ void clearLogs()
     host.focusCalls.clear();
     host.helpTopics.clear();
     host.messageLog.clear();
+    host.entityImageRequest = EntityImageRequest();
 }
 
 } // namespace ZrHostControl

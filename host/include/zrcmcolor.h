@@ -36,6 +36,8 @@ public:
     ZrCmColor();
     ZrCmColor(const ZrCmColor& other);
     ZrCmColor& operator=(const ZrCmColor& other);
+    ZrCmColor(ZrCmColor&& other) noexcept;
+    ZrCmColor& operator=(ZrCmColor&& other) noexcept;
     virtual ~ZrCmColor();
 
     virtual ZrCmEntityColor::ColorMethod colorMethod() const;

@@ -40,6 +40,9 @@ public:
     CXuGraphicsManager& operator=(const CXuGraphicsManager&) = delete;
 
     CXuDrawingSurface* drawingSurface();
+    // The viewport the view works in: the model tile, or in paper space the paper viewport or a
+    // model viewport entered into. It answers ZrDbAbstractViewportData. Null without a drawing.
+    ZrRxObjectPtr activeViewport() const;
 
 private:
     CXuDrawingSurface m_surface;

@@ -4,6 +4,9 @@
 #include "zrhost_export.h"
 
 #include <QString>
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
 #include <string>
 
 class ZrUtf8String;
@@ -29,11 +32,33 @@ public:
     bool isEmpty() const { return m_text.empty(); }
     wchar_t operator[](int i) const { return m_text[static_cast<size_t>(i)]; }
 
-    QString toQString() const { return QString::fromStdWString(m_text); }
+    QString toQString() const;
     ZrUtf8String toUtf8() const;
 
-    // Below 0 sorts first; case matters.
-    int compare(const ZrString& other) const;
+    // Below 0 sorts first; case matters. Inline, since sorting a list calls it for every pair; equal
+    // runs are skipped two characters at a time, as names of one list often share a long prefix.
+    int compare(const ZrString& other) const
+    {
+        const wchar_t* a = m_text.data();
+        const wchar_t* b = other.m_text.data();
+        const size_t common = std::min(m_text.size(), other.m_text.size());
+        size_t i = 0;
+        for (; i + 2 <= common; i += 2) {
+            uint64_t x;
+            uint64_t y;
+            std::memcpy(&x, a + i, sizeof x);
+            std::memcpy(&y, b + i, sizeof y);
+            if (x != y)
+                break;
+        }
+        for (; i < common; ++i) {
+            if (a[i] != b[i])
+                return a[i] < b[i] ? -1 : 1;
+        }
+        if (m_text.size() == other.m_text.size())
+            return 0;
+        return m_text.size() < other.m_text.size() ? -1 : 1;
+    }
     // 0 when equal regardless of case.
     int compareNoCase(const ZrString& other) const;
     // Position of a case-sensitive substring, -1 when absent.

@@ -1,6 +1,7 @@
 #pragma once
 // The state of the substitute host, one instance for the process. Private to the host library.
 
+#include "zrdrawingcontrol.h"
 #include "zrhostcontrol.h"
 #include "zrjson.h"
 #include "zrrxobject.h"
@@ -47,6 +48,7 @@ struct ZrHostState
     bool drawingSurfaceActive = false;
     std::function<void()> redrawListener;
     QVector<ZrHostControl::MessageRecord> messageLog;
+    ZrHostControl::EntityImageRequest entityImageRequest;
 };
 
 // Reads a file of the user configuration; an unreadable or broken file gives an empty object.

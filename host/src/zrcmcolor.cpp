@@ -46,6 +46,8 @@ uint8_t channelOfIndex(uint16_t index, int shift)
 ZrCmColor::ZrCmColor() : m_method(ZrCmEntityColor::kByLayer) {}
 ZrCmColor::ZrCmColor(const ZrCmColor& other) = default;
 ZrCmColor& ZrCmColor::operator=(const ZrCmColor& other) = default;
+ZrCmColor::ZrCmColor(ZrCmColor&& other) noexcept = default;
+ZrCmColor& ZrCmColor::operator=(ZrCmColor&& other) noexcept = default;
 ZrCmColor::~ZrCmColor() = default;
 
 ZrCmEntityColor::ColorMethod ZrCmColor::colorMethod() const { return m_method; }

@@ -379,17 +379,7 @@ int ZrDbDatabase::setUcs(bool paper, ZrDbObjectId name, const ZrGePoint3d& origi
         return Zr::eInvalidInput;
     if (xAxis.length() == 0.0 || yAxis.length() == 0.0)
         return Zr::eInvalidInput;
-    const int first = paper ? kVarPucsname : kVarUcsname;
-    const ZrDbVariableStep step(this, first);
-    const ZrGePoint3d points[3] = {origin, pointOf(xAxis), pointOf(yAxis)};
-    ZrDbVariableValue value = d->variable(first);
-    value.integer = name.handle();
-    d->storeVariable(first, value);
-    for (int i = 0; i < 3; ++i) {
-        value = d->variable(first + 1 + i);
-        value.point = points[i];
-        d->storeVariable(first + 1 + i, value);
-    }
+    d->storeUcs(paper, ZrDbUcsState{name.handle(), origin, pointOf(xAxis), pointOf(yAxis)}, true);
     return Zr::eOk;
 }
 
@@ -533,10 +523,11 @@ int ZrDbData::changeVariable(int id, ZrDbVariableValue value)
     }
     case kVarUcsname:
     case kVarPucsname: {
-        storeVariable(id, value);
-        // A named system brings its origin and axes.
-        if (const ZrDbUCSTableRecord* ucs = zrdbPeek<ZrDbUCSTableRecord>(value.integer))
-            self->setUcs(id == kVarPucsname, ucs->objectId(), ucs->origin(), ucs->xAxis(), ucs->yAxis());
+        // A named system brings its origin and axes; a record without axes sets the name alone.
+        const ZrDbUCSTableRecord* ucs = zrdbPeek<ZrDbUCSTableRecord>(value.integer);
+        const bool paper = id == kVarPucsname;
+        if (!ucs || self->setUcs(paper, ucs->objectId(), ucs->origin(), ucs->xAxis(), ucs->yAxis()) != Zr::eOk)
+            storeVariable(id, value);
         return Zr::eOk;
     }
     default: storeVariable(id, value); return Zr::eOk;
@@ -656,6 +647,54 @@ int64_t ZrDbData::paperViewportOf(int64_t layout) const
 {
     const ZrDbLayout* record = zrdbPeek<ZrDbLayout>(layout);
     return record && zrdbPeek<ZrDbViewport>(record->paperViewportId()) ? record->paperViewportId().handle() : 0;
+}
+
+ZrDbUcsState ZrDbData::ucs(bool paper) const
+{
+    const int first = paper ? kVarPucsname : kVarUcsname;
+    return ZrDbUcsState{variable(first).integer, variable(first + 1).point, variable(first + 2).point,
+                        variable(first + 3).point};
+}
+
+void ZrDbData::storeUcs(bool paper, const ZrDbUcsState& next, bool remember)
+{
+    const ZrDbUcsState former = ucs(paper);
+    if (former == next)
+        return;
+    // Systems a drawing is built with are no change the user could go back on.
+    if (remember && !quiet) {
+        // As many as the UCS command goes back through.
+        constexpr size_t kDepth = 10;
+        std::vector<ZrDbUcsState>& history = ucsHistory[paper ? 1 : 0];
+        if (history.size() == kDepth)
+            history.erase(history.begin());
+        history.push_back(former);
+    }
+    const int first = paper ? kVarPucsname : kVarUcsname;
+    const ZrDbVariableStep step(self, first);
+    const ZrGePoint3d points[3] = {next.origin, next.xAxis, next.yAxis};
+    ZrDbVariableValue value = variable(first);
+    value.integer = next.name;
+    storeVariable(first, value);
+    for (int i = 0; i < 3; ++i) {
+        value = variable(first + 1 + i);
+        value.point = points[i];
+        storeVariable(first + 1 + i, value);
+    }
+}
+
+int ZrDbData::restorePreviousUcs(bool paper)
+{
+    std::vector<ZrDbUcsState>& history = ucsHistory[paper ? 1 : 0];
+    if (history.empty())
+        return Zr::eKeyNotFound;
+    ZrDbUcsState previous = history.back();
+    history.pop_back();
+    // A named system erased since comes back unnamed.
+    if (previous.name && !isRecordOf(previous.name, ZrDbRecordKind::kUcs))
+        previous.name = 0;
+    storeUcs(paper, previous, false);
+    return Zr::eOk;
 }
 
 ZrDbDatabase* ZrDbHostApplicationServices::workingDatabase() const { return curDatabase(); }

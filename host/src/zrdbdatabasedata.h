@@ -44,6 +44,21 @@ struct ZrDbUndoMark
     size_t variables = 0;
 };
 
+// One coordinate system of a space, as the UCS history keeps it.
+struct ZrDbUcsState
+{
+    int64_t name = 0;
+    ZrGePoint3d origin;
+    ZrGePoint3d xAxis;
+    ZrGePoint3d yAxis;
+
+    bool operator==(const ZrDbUcsState& other) const
+    {
+        return name == other.name && origin.isEqualTo(other.origin, 0.0) && xAxis.isEqualTo(other.xAxis, 0.0)
+            && yAxis.isEqualTo(other.yAxis, 0.0);
+    }
+};
+
 // The private state of a database is reached through its friend, for the host's own files.
 struct ZrDbDatabaseInternal
 {
@@ -101,6 +116,9 @@ struct ZrDbDatabase::Data
     // Writes outside any step: the step each object open for write records into.
     std::unordered_map<int64_t, ZrDbUndoStep*> looseWrites;
     std::vector<ZrDbUndoMark> marks;
+    // The systems each space had before, model [0] and paper [1], latest last. Like the view, this
+    // history lies outside the drawing: undo leaves it alone and files do not keep it.
+    std::vector<ZrDbUcsState> ucsHistory[2];
 
     // Adds an object and closes it again, for building.
     int64_t addClosed(ZrDbObject* object, int64_t owner);
@@ -134,6 +152,12 @@ struct ZrDbDatabase::Data
     int64_t modelLayout() const;
     int64_t firstPaperLayout() const;
     int64_t paperViewportOf(int64_t layout) const;
+
+    ZrDbUcsState ucs(bool paper) const;
+    // Makes a system current in a space; with `remember` the one it replaces goes into the history.
+    void storeUcs(bool paper, const ZrDbUcsState& ucs, bool remember);
+    // Goes back to the latest system of the history; Zr::eKeyNotFound when it is empty.
+    int restorePreviousUcs(bool paper);
 };
 
 inline ZrDbData& zrdbData(const ZrDbDatabase* database) { return ZrDbDatabaseInternal::data(database); }

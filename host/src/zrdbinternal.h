@@ -58,6 +58,9 @@ void zrHostFlushUiEvents();
 // Whether the current document has a pick-first selection, as events tell the controls.
 bool zrHostSelectionActive();
 
+// The viewport a drawing's view works in now, answering ZrDbAbstractViewportData; null without a drawing.
+ZrRxObjectPtr zrdbActiveViewport(ZrDbDatabase* database);
+
 // Selection sets by name: the pick-first selections of the documents. A name is never used twice.
 long zrHostNewSelection(std::vector<ZrDbObjectId> ids);
 void zrHostFreeSelection(long name);

@@ -27,10 +27,6 @@ void CXuDrawingSurface::redraw(int, int)
         ZrHostState::get().redrawListener();
 }
 
-CXuGraphicsManager::CXuGraphicsManager() = default;
-CXuGraphicsManager::~CXuGraphicsManager() = default;
-CXuDrawingSurface* CXuGraphicsManager::drawingSurface() { return &m_surface; }
-
 struct CXuCommandObject::Data
 {
     ZrString name;
@@ -63,17 +59,34 @@ struct CXuDocContext::Data
 
 namespace {
 
-ZrDbDatabase* databaseOf(const CXuDocContext* context)
+// The drawing of the document whose context passes the test.
+template <class Test>
+ZrDbDatabase* databaseWhere(Test holds)
 {
     const CXuDocManager* documents = zrDocManagerPtr();
     for (int i = 0; i < documents->documentCount(); ++i) {
-        if (documents->document(i)->context() == context)
+        if (holds(documents->document(i)->context()))
             return documents->document(i)->database();
     }
     return nullptr;
 }
 
+ZrDbDatabase* databaseOf(const CXuDocContext* context)
+{
+    return databaseWhere([context](CXuDocContext* candidate) { return candidate == context; });
+}
+
 } // namespace
+
+CXuGraphicsManager::CXuGraphicsManager() = default;
+CXuGraphicsManager::~CXuGraphicsManager() = default;
+CXuDrawingSurface* CXuGraphicsManager::drawingSurface() { return &m_surface; }
+
+ZrRxObjectPtr CXuGraphicsManager::activeViewport() const
+{
+    return zrdbActiveViewport(
+        databaseWhere([this](CXuDocContext* context) { return context->graphicsManager() == this; }));
+}
 
 CXuDocContext::CXuDocContext() : d(new Data) {}
 

@@ -1,5 +1,6 @@
 #include "zrgiraster.h"
 
+#include "hoststate.h"
 #include "zrdbentity.h"
 #include "zrdrawingcontrol.h"
 
@@ -28,11 +29,24 @@ QColor backgroundOf(const ZrJsonPtr& options)
     return QColor::fromRgba(static_cast<QRgb>(background->safeIntValue()));
 }
 
+// Kept for tests, which cannot see the entities a caller made for the picture.
+void recordRequest(const ZrArray<ZrDbEntity*>& entities, const ZrJsonPtr& options)
+{
+    ZrHostControl::EntityImageRequest request;
+    for (const ZrDbEntity* entity : entities) {
+        if (entity)
+            request.entities.push_back({entity->linetypeId(), entity->linetypeScale()});
+    }
+    request.options = options ? options->clone() : ZrJsonPtr();
+    ZrHostState::get().entityImageRequest = std::move(request);
+}
+
 } // namespace
 
 ZrSmartPtr<ZrGiRasterImage> zrsiutCreateEntityImage(ZrDbDatabasePtr, const ZrArray<ZrDbEntity*>& entities,
                                                     ZrJsonPtr options, ZrJsonPtr)
 {
+    recordRequest(entities, options);
     const int width = options ? options->GetVarI("width") : 0;
     const int height = options ? options->GetVarI("height") : 0;
     if (width <= 0 || height <= 0)

@@ -14,11 +14,6 @@ namespace {
 // vswprintf reports a short buffer and a bad format alike, so growth must stop somewhere.
 constexpr size_t kMaxFormattedLength = size_t(1) << 20;
 
-int sign(int value)
-{
-    return (value > 0) - (value < 0);
-}
-
 // The host's texts come from Windows, where "%s" and "%c" in a wide format take wide arguments;
 // glibc's vswprintf wants "%ls" and "%lc" for those.
 std::wstring toGlibcFormat(const wchar_t* fmt)
@@ -96,6 +91,21 @@ ZrString ZrString::format(const wchar_t* fmt, ...)
     return result;
 }
 
+QString ZrString::toQString() const
+{
+    // Names and messages lie in the basic plane almost always: one pass that stores each character
+    // as it is, and Qt's general conversion for text that needs surrogate pairs or replacements.
+    QString out(static_cast<int>(m_text.size()), Qt::Uninitialized);
+    QChar* to = out.data();
+    for (wchar_t c : m_text) {
+        const uint32_t code = static_cast<uint32_t>(c);
+        if (code > 0xFFFF || (code >= 0xD800 && code <= 0xDFFF))
+            return QString::fromStdWString(m_text);
+        *to++ = QChar(static_cast<ushort>(c));
+    }
+    return out;
+}
+
 ZrUtf8String ZrString::toUtf8() const
 {
     std::string out;
@@ -103,11 +113,6 @@ ZrUtf8String ZrString::toUtf8() const
     for (wchar_t c : m_text)
         ZrUtf8::append(out, static_cast<char32_t>(c));
     return ZrUtf8String(std::move(out));
-}
-
-int ZrString::compare(const ZrString& other) const
-{
-    return sign(m_text.compare(other.m_text));
 }
 
 int ZrString::compareNoCase(const ZrString& other) const
@@ -134,8 +139,15 @@ int ZrString::findOneOf(const wchar_t* chars) const
 {
     if (!chars)
         return -1;
-    const size_t at = m_text.find_first_of(chars);
-    return at == std::wstring::npos ? -1 : static_cast<int>(at);
+    // One pass over the text, without a library call per character: the sets asked for are a
+    // character or two, and names are searched by the thousand.
+    for (size_t i = 0; i < m_text.size(); ++i) {
+        for (const wchar_t* c = chars; *c; ++c) {
+            if (m_text[i] == *c)
+                return static_cast<int>(i);
+        }
+    }
+    return -1;
 }
 
 ZrString& ZrString::trim()

@@ -11,7 +11,10 @@
 #include "zrui.h"
 
 #include <QAbstractListModel>
+#include <QApplication>
 #include <QListView>
+#include <QProxyStyle>
+#include <algorithm>
 
 namespace {
 
@@ -35,30 +38,40 @@ private:
     bool m_saved;
 };
 
-// The names of the list in one plain list: a fill replaces them all at once, where the standard
-// model would build and lay out an item object per layer.
+// The layer names as the host gives them: a fill moves them in at once, where the standard model
+// would build an item object and a converted text per layer. Texts are made as the view asks.
 class LayerNameModel : public QAbstractListModel
 {
 public:
     using QAbstractListModel::QAbstractListModel;
 
-    void setNames(QStringList names)
+    void setNames(std::vector<ZrString> names)
     {
         beginResetModel();
         m_names = std::move(names);
         endResetModel();
     }
 
+    // The first row whose name equals `name` ignoring case, -1 when there is none.
+    int rowOfName(const ZrString& name) const
+    {
+        for (size_t row = 0; row < m_names.size(); ++row) {
+            if (m_names[row].compareNoCase(name) == 0)
+                return static_cast<int>(row);
+        }
+        return -1;
+    }
+
     int rowCount(const QModelIndex& parent = QModelIndex()) const override
     {
-        return parent.isValid() ? 0 : m_names.size();
+        return parent.isValid() ? 0 : static_cast<int>(m_names.size());
     }
 
     QVariant data(const QModelIndex& index, int role) const override
     {
         if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::EditRole))
             return QVariant();
-        return m_names.at(index.row());
+        return m_names[static_cast<size_t>(index.row())].toQString();
     }
 
     // The combo box's own insertions name an item through the edit role.
@@ -66,7 +79,7 @@ public:
     {
         if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::EditRole))
             return false;
-        m_names[index.row()] = value.toString();
+        m_names[static_cast<size_t>(index.row())] = ZrString(value.toString());
         Q_EMIT dataChanged(index, index, {Qt::DisplayRole, Qt::EditRole});
         return true;
     }
@@ -78,18 +91,17 @@ public:
 
     bool insertRows(int row, int count, const QModelIndex& parent = QModelIndex()) override
     {
-        if (parent.isValid() || row < 0 || row > m_names.size() || count < 1)
+        if (parent.isValid() || row < 0 || row > rowCount() || count < 1)
             return false;
         beginInsertRows(parent, row, row + count - 1);
-        for (int i = 0; i < count; ++i)
-            m_names.insert(row, QString());
+        m_names.insert(m_names.begin() + row, static_cast<size_t>(count), ZrString());
         endInsertRows();
         return true;
     }
 
     bool removeRows(int row, int count, const QModelIndex& parent = QModelIndex()) override
     {
-        if (parent.isValid() || row < 0 || count < 1 || row + count > m_names.size())
+        if (parent.isValid() || row < 0 || count < 1 || row + count > rowCount())
             return false;
         beginRemoveRows(parent, row, row + count - 1);
         m_names.erase(m_names.begin() + row, m_names.begin() + row + count);
@@ -98,8 +110,45 @@ public:
     }
 
 private:
-    QStringList m_names;
+    std::vector<ZrString> m_names;
 };
+
+// Opens the list as a drop-down under the box, as layer lists of drawing programs do. A menu-like
+// popup, which some styles prefer, first measures the text of every item: tens of milliseconds for
+// a drawing with thousands of layers, at every opening.
+class DropDownListStyle : public QProxyStyle
+{
+public:
+    using QProxyStyle::QProxyStyle;
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* returnData) const override
+    {
+        if (hint == SH_ComboBox_Popup)
+            return 0;
+        return QProxyStyle::styleHint(hint, option, widget, returnData);
+    }
+};
+
+// The width the drop-down list needs: the widest of the longest names, measured without shaping
+// every item's text.
+int listWidthFor(const QComboBox* box)
+{
+    constexpr int kMeasured = 32;
+    QStringList names;
+    names.reserve(box->count());
+    for (int i = 0; i < box->count(); ++i)
+        names << box->itemText(i);
+    const auto longest = names.begin() + std::min<int>(kMeasured, names.size());
+    std::partial_sort(names.begin(), longest, names.end(),
+                      [](const QString& a, const QString& b) { return a.size() > b.size(); });
+    const QFontMetrics metrics = box->view()->fontMetrics();
+    int width = 0;
+    for (auto name = names.begin(); name != longest; ++name)
+        width = std::max(width, metrics.horizontalAdvance(*name));
+    const int margins = box->view()->style()->pixelMetric(QStyle::PM_ScrollBarExtent) + 4 * metrics.averageCharWidth();
+    return width + margins;
+}
 
 } // namespace
 
@@ -112,9 +161,9 @@ struct ZrLayerComboBox::Private
 
     // Selects the item of `name`, ignoring case; a layer that isn't listed (hidden, frozen or new)
     // is added as the last item until the next fill.
-    static void showLayer(ZrLayerComboBox* box, const QString& name)
+    static void showLayer(ZrLayerComboBox* box, const ZrString& name)
     {
-        const int index = box->findText(name, Qt::MatchFixedString);
+        const int index = static_cast<const LayerNameModel*>(box->model())->rowOfName(name);
         if (index >= 0) {
             box->setCurrentIndex(index);
             return;
@@ -122,7 +171,7 @@ struct ZrLayerComboBox::Private
         if (name.isEmpty())
             return;
         ModifySysVarPause pause(box);
-        box->addItem(name);
+        box->addItem(name.toQString());
         box->setCurrentIndex(box->count() - 1);
     }
 
@@ -133,6 +182,9 @@ struct ZrLayerComboBox::Private
         // All items are one line of the same font: the list lays out thousands of layers at once.
         if (auto* list = qobject_cast<QListView*>(box->view()))
             list->setUniformItemSizes(true);
+        auto* style = new DropDownListStyle(QApplication::style()->objectName());
+        style->setParent(box);
+        box->setStyle(style);
     }
 };
 
@@ -173,16 +225,16 @@ void ZrLayerComboBox::onInit() { init(); }
 
 void ZrLayerComboBox::init()
 {
-    QStringList names;
-    if (d->mode == kUseCurrentMode)
-        names << zrUiText("IDS_ZRRX_MAPTYPE_PROMPT2", QStringLiteral("使用当前项"));
     ZrArray<zrqthelper::SigleLayerData> layers;
     zrqthelper::getLayerInfos(layers);
-    names.reserve(names.size() + layers.length());
-    for (const zrqthelper::SigleLayerData& layer : layers) {
+    std::vector<ZrString> names;
+    names.reserve(static_cast<size_t>(layers.length()) + 1);
+    if (d->mode == kUseCurrentMode)
+        names.emplace_back(zrUiText("IDS_ZRRX_MAPTYPE_PROMPT2", QStringLiteral("使用当前项")));
+    for (zrqthelper::SigleLayerData& layer : layers) {
         if (layer.hidden || (d->mode == kUseCurrentMode && layer.frozen) || layer.name.isEmpty())
             continue;
-        names << layer.name.toQString();
+        names.push_back(std::move(layer.name));
     }
     // One replacement for the whole list; items show no icon. As when items are added to an empty
     // box, the first becomes current.
@@ -229,12 +281,12 @@ void ZrLayerComboBox::onUpdateUI()
         const ZrDbObjectId id = status == Info::kNoSelection ? db->clayer() : d->info.value;
         if (!id.isValid() || count() == 0)
             return;
-        QString name;
+        ZrString name;
         {
             ZrDbObjectPointer<ZrDbLayerTableRecord> layer(id, ZrDb::kForRead);
             if (!layer)
                 return;
-            name = layer->name().toQString();
+            name = layer->name();
         }
         ZrQtBlockSignalUtil blocker(this);
         setEnabled(true);
@@ -257,8 +309,9 @@ void ZrLayerComboBox::showPopup()
         if (text.isEmpty())
             setCurrentIndex(-1);
         else
-            Private::showLayer(this, text);
+            Private::showLayer(this, ZrString(text));
     }
+    view()->setMinimumWidth(listWidthFor(this));
     QComboBox::showPopup();
 }
 

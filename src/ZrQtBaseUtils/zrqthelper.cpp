@@ -6,6 +6,7 @@
 #include "zrdbdict.h"
 #include "zrdbentity.h"
 #include "zrdbsymtb.h"
+#include "zrdbviewportdata.h"
 #include "zrdocument.h"
 #include "zrgiraster.h"
 #include "zrlogger.h"
@@ -22,9 +23,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <limits>
 #include <map>
 #include <memory>
 #include <set>
+#include <string_view>
 #include <strings.h>
 
 namespace zrqthelper {
@@ -315,6 +318,16 @@ int pickFirstOne(T& result)
     return record.status;
 }
 
+// Whether the viewport in use of the current document has a coordinate system to go back to.
+bool viewportHasPreviousUcs()
+{
+    CXuDocContext* context = CXuSystem::instance()->docContext();
+    const ZrRxObjectPtr viewport = context ? context->graphicsManager()->activeViewport() : nullptr;
+    const ZrRxObject* answer = viewport ? viewport->subQueryX(ZrDbAbstractViewportData::desc()) : nullptr;
+    const auto* data = static_cast<const ZrDbAbstractViewportData*>(answer);
+    return data && data->hasPreviousUcs();
+}
+
 } // namespace
 
 ZrDbObjectId getCLayer()
@@ -322,6 +335,61 @@ ZrDbObjectId getCLayer()
     ZrDbDatabase* db = curDatabase();
     return db ? db->clayer() : ZrDbObjectId();
 }
+
+namespace {
+
+// A layer's name and its place in the list being sorted, side by side with the others, so that the
+// sort reads names without visiting the records.
+struct NameKey
+{
+    std::wstring_view name;
+    size_t place;
+};
+
+// Past its end a name reads as less than any character, so that it sorts before the names it begins.
+constexpr int64_t kPastEnd = std::numeric_limits<int64_t>::min();
+
+int64_t charAt(const NameKey& key, size_t depth)
+{
+    return depth < key.name.size() ? int64_t(key.name[depth]) : kPastEnd;
+}
+
+// Puts names in the order of compareLayerInfo, a character position at a time (three-way radix
+// quicksort): the layer names of one drawing share long prefixes, which a comparison sort would
+// read again at every comparison. Within a range the names agree before `depth`.
+void sortByName(NameKey* first, NameKey* last, size_t depth)
+{
+    constexpr ptrdiff_t kSmall = 12;
+    while (last - first > 1) {
+        if (last - first <= kSmall) {
+            std::sort(first, last, [depth](const NameKey& a, const NameKey& b) {
+                return a.name.substr(std::min(depth, a.name.size())) < b.name.substr(std::min(depth, b.name.size()));
+            });
+            return;
+        }
+        const int64_t pivot = charAt(first[(last - first) / 2], depth);
+        NameKey* below = first;
+        NameKey* above = last;
+        for (NameKey* at = first; at < above;) {
+            const int64_t c = charAt(*at, depth);
+            if (c < pivot)
+                std::swap(*below++, *at++);
+            else if (c > pivot)
+                std::swap(*at, *--above);
+            else
+                ++at;
+        }
+        sortByName(first, below, depth);
+        sortByName(above, last, depth);
+        if (pivot == kPastEnd)
+            return;
+        first = below;
+        last = above;
+        ++depth;
+    }
+}
+
+} // namespace
 
 SigleLayerData getLayInfo(const ZrDbObjectId& id)
 {
@@ -351,7 +419,7 @@ void getLayerInfos(ZrArray<SigleLayerData>& layers, ZrDbDatabase* db)
     if (!db)
         return;
     ZrDbObjectPointer<ZrDbViewport> viewport(viewportInUse(db), ZrDb::kForRead);
-    std::vector<SigleLayerData> read;
+    std::vector<SigleLayerData>& read = layers.std();
     read.reserve(recordCount(db->layerTableId()));
     forEachRecord<ZrDbLayerTableRecord>(db->layerTableId(), [&](const ZrDbObjectId&, const ZrDbLayerTableRecord* layer) {
         // A layer that can't be read stays as an empty record; lists pass empty names over.
@@ -361,16 +429,27 @@ void getLayerInfos(ZrArray<SigleLayerData>& layers, ZrDbDatabase* db)
         if (read.back().name.findOneOf(L"*") >= 0)
             read.pop_back();
     });
-    // Sorting pointers spares copying the records' colours at every swap.
-    std::vector<SigleLayerData*> order;
+    std::vector<NameKey> order;
     order.reserve(read.size());
-    for (SigleLayerData& data : read)
-        order.push_back(&data);
-    std::sort(order.begin(), order.end(),
-              [](const SigleLayerData* a, const SigleLayerData* b) { return compareLayerInfo(*a, *b); });
-    layers.std().reserve(order.size());
-    for (SigleLayerData* data : order)
-        layers.std().push_back(std::move(*data));
+    for (const SigleLayerData& data : read)
+        order.push_back({data.name.std(), order.size()});
+    sortByName(order.data(), order.data() + order.size(), 0);
+    // Each record moves once, along the cycles of the order, without a second array of them; a
+    // key whose place is its own position is done.
+    for (size_t start = 0; start < order.size(); ++start) {
+        if (order[start].place == start)
+            continue;
+        SigleLayerData first = std::move(read[start]);
+        size_t at = start;
+        while (order[at].place != start) {
+            const size_t from = order[at].place;
+            read[at] = std::move(read[from]);
+            order[at].place = at;
+            at = from;
+        }
+        read[at] = std::move(first);
+        order[at].place = at;
+    }
 }
 
 ZrDbObjectId findLayerTableRecordByName(const ZrString& name, ZrDbDatabase* db)
@@ -695,8 +774,8 @@ void getUcses(ZrArray<ZrsiUcsInfoItem>& items, ZrDbDatabase* db)
     if (name.isNull() && !world && orthoView == 0)
         add(ZrsiUcsInfoItem::kUnnamed, "IDS_ZRAPP_CMBMGRIMP_PROMPT33", "未命名");
     add(ZrsiUcsInfoItem::kWorld, "IDS_ZRAPP_CMBMGRIMP_PROMPT21", "世界");
-    // "上一个" needs the active viewport's record of the previous system, which the host does not
-    // offer; as without a viewport, the row is left out.
+    if (viewportHasPreviousUcs())
+        add(ZrsiUcsInfoItem::kPrevious, "IDS_ZRAPP_CMBMGRIMP_PROMPT40", "上一个");
     add(ZrsiUcsInfoItem::kTop, "IDS_ZRAPP_CMBMGRIMP_PROMPT22", "俯视");
     add(ZrsiUcsInfoItem::kBottom, "IDS_ZRAPP_CMBMGRIMP_PROMPT23", "仰视");
     add(ZrsiUcsInfoItem::kLeft, "IDS_ZRAPP_CMBMGRIMP_PROMPT24", "左视");

@@ -66,6 +66,21 @@ auto readRecord(ZrDbObjectId id, Read read) -> decltype(read(static_cast<const R
     return read(record.object());
 }
 
+QVector<int> ucsTypes(const ZrArray<zrqthelper::ZrsiUcsInfoItem>& rows)
+{
+    QVector<int> types;
+    for (const auto& row : rows)
+        types << row.type;
+    return types;
+}
+
+// The line type scale of the one line the last picture was asked for; 0 when there was none.
+double lastLineTypeScale()
+{
+    const ZrHostControl::EntityImageRequest request = ZrHostControl::lastEntityImageRequest();
+    return request.entities.size() == 1 ? request.entities[0].linetypeScale : 0.0;
+}
+
 bool isOff(ZrDbObjectId layer) { return readRecord<ZrDbLayerTableRecord>(layer, [](auto* r) { return r->isOff(); }); }
 bool isFrozen(ZrDbObjectId layer)
 {
@@ -100,6 +115,29 @@ private Q_SLOTS:
         QVERIFY(hidden.hidden && hidden.frozen && !hidden.locked && !hidden.off);
     }
 
+    void longLayerListsKeepTheOrderOfTheComparison()
+    {
+        // Enough names, with long shared prefixes, names that begin others, case and characters
+        // beyond Latin, that the list is sorted by character positions rather than pair by pair.
+        QStringList added;
+        const QStringList stems{QStringLiteral("A-WALL"), QStringLiteral("a-wall"), QStringLiteral("图层"),
+                                QStringLiteral("A-WALL-EXIST"), QStringLiteral("Z")};
+        for (const QString& stem : stems) {
+            for (int i = 0; i < 40; ++i) {
+                const QString name = i % 7 == 0 ? stem + QString(i / 7, QLatin1Char('-')) : stem + QString::number(i * 37 % 101);
+                if (!added.contains(name, Qt::CaseInsensitive)) {
+                    addLayer(name);
+                    added << name;
+                }
+            }
+        }
+        ZrArray<zrqthelper::SigleLayerData> layers;
+        zrqthelper::getLayerInfos(layers);
+        QCOMPARE(layers.length(), added.size() + 1);
+        for (int i = 1; i < layers.length(); ++i)
+            QVERIFY2(!zrqthelper::compareLayerInfo(layers[i], layers[i - 1]), qPrintable(layers[i].name.toQString()));
+    }
+
     void blockNamesLeaveSpacesReferencesAndAnonymousOut()
     {
         const ZrDbObjectId door = addBlock(QStringLiteral("Door"));
@@ -118,14 +156,11 @@ private Q_SLOTS:
         QCOMPARE(texts(names), QStringList{QStringLiteral("Door")});
     }
 
-    void ucsRowsForWorldAndNamedSystems()
+    void ucsRowsFollowTheCurrentSystemAndItsHistory()
     {
         ZrArray<zrqthelper::ZrsiUcsInfoItem> rows;
         zrqthelper::getUcses(rows);
-        QVector<int> types;
-        for (const auto& row : rows)
-            types << row.type;
-        QCOMPARE(types, (QVector<int>{7, 1, 2, 5, 6, 3, 4}));
+        QCOMPARE(ucsTypes(rows), (QVector<int>{7, 1, 2, 5, 6, 3, 4}));
         QCOMPARE(rows[0].name.toQString(), QStringLiteral("世界"));
 
         auto* plan = new ZrDbUCSTableRecord;
@@ -133,28 +168,54 @@ private Q_SLOTS:
         const ZrDbObjectId planId = addRecord(&ZrDbDatabase::getUCSTable, plan, QStringLiteral("Plan"));
         db()->setUcs(false, ZrDbObjectId(), ZrGePoint3d(5, 5, 0), ZrGeVector3d::kXAxis, ZrGeVector3d::kYAxis);
         zrqthelper::getUcses(rows);
-        QCOMPARE(rows.length(), 9);
-        QCOMPARE(rows[0].type, int32_t(zrqthelper::ZrsiUcsInfoItem::kUnnamed));
+        QCOMPARE(ucsTypes(rows), (QVector<int>{0, 7, 9, 1, 2, 5, 6, 3, 4, 8}));
         QCOMPARE(rows[0].name.toQString(), QStringLiteral("未命名"));
-        QCOMPARE(rows[8].type, int32_t(zrqthelper::ZrsiUcsInfoItem::kNamed));
-        QCOMPARE(rows[8].name.toQString(), QStringLiteral("Plan"));
-        QCOMPARE(rows[8].id, planId);
+        QCOMPARE(rows[2].name.toQString(), QStringLiteral("上一个"));
+        QVERIFY(rows[2].id.isNull());
+        QCOMPARE(rows[9].name.toQString(), QStringLiteral("Plan"));
+        QCOMPARE(rows[9].id, planId);
 
         // A named system current: no unnamed row.
         db()->setUcs(false, planId, ZrGePoint3d(1, 2, 0), ZrGeVector3d::kXAxis, ZrGeVector3d::kYAxis);
         zrqthelper::getUcses(rows);
-        QCOMPARE(rows[0].type, int32_t(zrqthelper::ZrsiUcsInfoItem::kWorld));
+        QCOMPARE(ucsTypes(rows), (QVector<int>{7, 9, 1, 2, 5, 6, 3, 4, 8}));
+
+        // Paper space keeps a history of its own.
+        QCOMPARE(db()->setTilemode(false), 0);
+        zrqthelper::getUcses(rows);
+        QCOMPARE(ucsTypes(rows), (QVector<int>{7, 1, 2, 5, 6, 3, 4, 8}));
+    }
+
+    void previousUcsNeedsADocument()
+    {
+        const ZrDbDatabasePtr drawing(db());
+        drawing->setUcs(false, ZrDbObjectId(), ZrGePoint3d(5, 5, 0), ZrGeVector3d::kXAxis, ZrGeVector3d::kYAxis);
+        CXuDocManager* documents = zrDocManagerPtr();
+        CXuDocument* document = documents->curDocument();
+        documents->setCurDocument(nullptr);
+        ZrArray<zrqthelper::ZrsiUcsInfoItem> rows;
+        zrqthelper::getUcses(rows, drawing.get());
+        documents->setCurDocument(document);
+        QCOMPARE(ucsTypes(rows), (QVector<int>{0, 7, 1, 2, 5, 6, 3, 4}));
     }
 
     void lineTypePreviews()
     {
         ZrSmartPtr<ZrGiRasterImage> image;
-        db()->setLtscale(2.0);
-        // A continuous line has no pattern: it is drawn at the scale 1 / LTSCALE.
         QCOMPARE(zrqthelper::getLineTypeRasterImage(ZrString(L"continuous"), 80, 20, image), db()->continuousLinetype());
         QVERIFY(image);
         QCOMPARE(image->width(), 80);
         QCOMPARE(image->height(), 20);
+        const ZrHostControl::EntityImageRequest request = ZrHostControl::lastEntityImageRequest();
+        QCOMPARE(request.entities.size(), size_t(1));
+        QCOMPARE(request.entities[0].linetype, db()->continuousLinetype());
+        QVERIFY(request.options);
+        QCOMPARE(request.options->GetVarI("width"), 80);
+        QCOMPARE(request.options->GetVarI("height"), 20);
+        QVERIFY(request.options->GetVarB("bfillbackground"));
+        // True asks for the palette's base colour, a number would be a colour of its own.
+        const ZrJsonPtr background = request.options->safeProperty_ptr("background");
+        QVERIFY(background && background->isBool() && background->safeBoolValue());
 
         QVERIFY(zrqthelper::getLineTypeRasterImage(ZrString(), 80, 20, image).isNull());
         QVERIFY(!image);
@@ -162,16 +223,14 @@ private Q_SLOTS:
         QVERIFY(!image);
         QVERIFY(zrqthelper::getLineTypeRasterImage(ZrString(L"Missing"), 80, 20, image).isNull());
 
-        // "ByLayer" is drawn with the line type of the current layer.
+        QStringList seen;
+        QVector<ZrDbObjectId> ids;
+        // "ByLayer" stands for the line type of the current layer.
         const ZrDbObjectId dashed = addLineType(QStringLiteral("DASHED"), {5.0, -2.5});
         {
             ZrDbObjectPointer<ZrDbLayerTableRecord> layer(db()->clayer(), ZrDb::kForWrite);
             layer->setLinetypeObjectId(dashed);
         }
-        QCOMPARE(zrqthelper::getLineTypeRasterImage(ZrString(L"ByLayer"), 80, 20, image), dashed);
-
-        QStringList seen;
-        QVector<ZrDbObjectId> ids;
         zrqthelper::getLineTypeInfo(60, 16, [&](ZrSmartPtr<ZrGiRasterImage>& picture, ZrString& name, ZrDbObjectId& id) {
             QVERIFY(picture);
             seen << name.toQString();
@@ -180,6 +239,30 @@ private Q_SLOTS:
         QCOMPARE(seen, (QStringList{QStringLiteral("ByBlock"), QStringLiteral("ByLayer"), QStringLiteral("Continuous"),
                                     QStringLiteral("DASHED")}));
         QCOMPARE(ids[1], dashed);
+        QCOMPARE(ids[3], dashed);
+    }
+
+    void lineTypeScaleFitsThePatternToThePicture()
+    {
+        QCOMPARE(db()->setLtscale(4.0), 0);
+        ZrSmartPtr<ZrGiRasterImage> image;
+        // Without a pattern the line is drawn at 1 / LTSCALE.
+        zrqthelper::getLineTypeRasterImage(ZrString(L"Continuous"), 80, 20, image);
+        QCOMPARE(lastLineTypeScale(), 0.25);
+
+        // 2.5 repeats of the 7.5 unit pattern span the 70 pixels drawn on, at LTSCALE.
+        const ZrDbObjectId dashed = addLineType(QStringLiteral("DASHED"), {5.0, -2.5});
+        QCOMPARE(zrqthelper::getLineTypeRasterImage(ZrString(L"dashed"), 80, 20, image), dashed);
+        QCOMPARE(lastLineTypeScale(), 70.0 / (2.5 * 7.5 * 4.0));
+
+        // "ByLayer" is drawn with the line type of the current layer and its pattern.
+        {
+            ZrDbObjectPointer<ZrDbLayerTableRecord> layer(db()->clayer(), ZrDb::kForWrite);
+            layer->setLinetypeObjectId(dashed);
+        }
+        QCOMPARE(zrqthelper::getLineTypeRasterImage(ZrString(L"ByLayer"), 80, 20, image), dashed);
+        QCOMPARE(ZrHostControl::lastEntityImageRequest().entities[0].linetype, dashed);
+        QCOMPARE(lastLineTypeScale(), 70.0 / (2.5 * 7.5 * 4.0));
     }
 
     void changeLayerStatusAsksAndRefuses()
