@@ -5,44 +5,15 @@
 #include "zrarbitdict.h"
 #include "zrreactor.h"
 
-#include <QCoreApplication>
-#include <QEvent>
-#include <QObject>
 #include <algorithm>
 #include <functional>
 #include <vector>
 
 namespace {
 
-// Runs its function when its posted event arrives.
-class BatchReceiver : public QObject
-{
-public:
-    explicit BatchReceiver(std::function<void()> run) : m_run(std::move(run)) {}
-
-    static QEvent::Type eventType()
-    {
-        static const auto type = static_cast<QEvent::Type>(QEvent::registerEventType());
-        return type;
-    }
-
-    bool event(QEvent* event) override
-    {
-        if (event->type() != eventType())
-            return QObject::event(event);
-        m_run();
-        return true;
-    }
-
-private:
-    std::function<void()> m_run;
-};
-
 class ReactorService : public ZrUiReactorService
 {
 public:
-    ReactorService() : m_receiver([this] { refresh(); }) {}
-
     int addReactorControl(CZrQtControlHelp* control) override
     {
         if (!control || find(control) != m_controls.end())
@@ -60,43 +31,18 @@ public:
         return 0;
     }
 
-    // The host hands events one by one; those of one turn are refreshed together.
-    void take(const CZrGlobalUIReactorHelp& event)
-    {
-        m_pending.push_back(event);
-        if (m_scheduled)
-            return;
-        m_scheduled = true;
-        QCoreApplication::postEvent(&m_receiver, new QEvent(BatchReceiver::eventType()), Qt::LowEventPriority);
-    }
-
-private:
-    // A registration: the serial tells a control that went away from a new one at the same address.
-    struct Entry
-    {
-        CZrQtControlHelp* control;
-        quint64 serial;
-    };
-
-    std::vector<Entry>::iterator find(const CZrQtControlHelp* control)
-    {
-        return std::find_if(m_controls.begin(), m_controls.end(),
-                            [control](const Entry& entry) { return entry.control == control; });
-    }
-
-    bool registered(const Entry& entry) const
-    {
-        return std::any_of(m_controls.begin(), m_controls.end(),
-                           [&entry](const Entry& other) { return other.serial == entry.serial; });
-    }
+    // The host hands events one by one; those of one delivery are refreshed together at its end,
+    // while the objects they name still exist.
+    void take(const CZrGlobalUIReactorHelp& event) { m_pending.push_back(event); }
 
     // Controls may register, unregister or be destroyed from inside any of the calls below, so the
     // work goes over a copy and checks each control again before it is called.
     void refresh()
     {
-        m_scheduled = false;
         std::vector<CZrGlobalUIReactorHelp> events;
         events.swap(m_pending);
+        if (events.empty())
+            return;
         std::vector<Entry> interested;
         for (const Entry& entry : std::vector<Entry>(m_controls)) {
             bool wants = false;
@@ -127,11 +73,29 @@ private:
         }
     }
 
-    BatchReceiver m_receiver;
+private:
+    // A registration: the serial tells a control that went away from a new one at the same address.
+    struct Entry
+    {
+        CZrQtControlHelp* control;
+        quint64 serial;
+    };
+
+    std::vector<Entry>::iterator find(const CZrQtControlHelp* control)
+    {
+        return std::find_if(m_controls.begin(), m_controls.end(),
+                            [control](const Entry& entry) { return entry.control == control; });
+    }
+
+    bool registered(const Entry& entry) const
+    {
+        return std::any_of(m_controls.begin(), m_controls.end(),
+                           [&entry](const Entry& other) { return other.serial == entry.serial; });
+    }
+
     std::vector<Entry> m_controls;
     std::vector<CZrGlobalUIReactorHelp> m_pending;
     quint64 m_nextSerial = 1;
-    bool m_scheduled = false;
 };
 
 int g_listener = -1;
@@ -146,8 +110,8 @@ void install()
     ZrSmartPtr<ReactorService> service(new ZrRxObjectImpl<ReactorService>(), kZrAttach);
     zr_arbitDict_regservice(zrqthelper::kZrUiReactorServiceSlot, ZrRxObjectPtr(service.get()));
     // The listener holds the service, so that it outlives a slot emptied behind its back.
-    g_listener = zrHostAddUiEventListener(
-        [service](const CZrGlobalUIReactorHelp& event) { service->take(event); });
+    g_listener = zrHostAddUiEventListener([service](const CZrGlobalUIReactorHelp& event) { service->take(event); },
+                                          [service] { service->refresh(); });
 }
 
 void uninstall()

@@ -4,8 +4,8 @@
 
 namespace ZrHostReactor {
 
-// Puts a new reactor service in slot 14 and starts listening to the host's events. Events of one
-// turn of the event loop are taken up together from the next posted-event pass.
+// Puts a new reactor service in slot 14 and starts listening to the host's events. The events of one
+// delivery are taken up together when it ends.
 void install();
 // Stops listening and empties slot 14; registered controls are forgotten.
 void uninstall();

@@ -51,11 +51,17 @@ struct EventKeyHash
     }
 };
 
+struct Listener
+{
+    std::function<void(const CZrGlobalUIReactorHelp&)> hear;
+    std::function<void()> batchEnd;
+};
+
 struct UiEvents
 {
     std::deque<CZrGlobalUIReactorHelp> waiting;
     std::unordered_set<EventKey, EventKeyHash> keys;
-    std::map<int, std::function<void(const CZrGlobalUIReactorHelp&)>> listeners;
+    std::map<int, Listener> listeners;
     int lastKey = 0;
     bool deliveryScheduled = false;
 };
@@ -67,26 +73,38 @@ UiEvents& uiEvents()
     return *events;
 }
 
+// A listener may add or remove listeners; those removed on the way are not called.
+template <class Call>
+void callListeners(UiEvents& events, Call call)
+{
+    std::vector<int> keys;
+    for (const auto& listener : events.listeners)
+        keys.push_back(listener.first);
+    for (int key : keys) {
+        const auto found = events.listeners.find(key);
+        if (found != events.listeners.end()) {
+            const Listener listener = found->second;
+            call(listener);
+        }
+    }
+}
+
 void deliverUiEvents()
 {
     UiEvents& events = uiEvents();
     events.deliveryScheduled = false;
+    if (events.waiting.empty())
+        return;
     while (!events.waiting.empty()) {
         const CZrGlobalUIReactorHelp event = events.waiting.front();
         events.waiting.pop_front();
         events.keys.erase(EventKey(event));
-        // A listener may add or remove listeners; those removed on the way are not called.
-        std::vector<int> keys;
-        for (const auto& listener : events.listeners)
-            keys.push_back(listener.first);
-        for (int key : keys) {
-            const auto found = events.listeners.find(key);
-            if (found != events.listeners.end()) {
-                const auto listener = found->second;
-                listener(event);
-            }
-        }
+        callListeners(events, [&event](const Listener& listener) { listener.hear(event); });
     }
+    callListeners(events, [](const Listener& listener) {
+        if (listener.batchEnd)
+            listener.batchEnd();
+    });
 }
 
 } // namespace
@@ -103,10 +121,11 @@ void zrHostPostUiEvent(const CZrGlobalUIReactorHelp& event)
     }
 }
 
-int zrHostAddUiEventListener(std::function<void(const CZrGlobalUIReactorHelp&)> listener)
+int zrHostAddUiEventListener(std::function<void(const CZrGlobalUIReactorHelp&)> listener,
+                             std::function<void()> batchEnd)
 {
     UiEvents& events = uiEvents();
-    events.listeners.emplace(++events.lastKey, std::move(listener));
+    events.listeners.emplace(++events.lastKey, Listener{std::move(listener), std::move(batchEnd)});
     return events.lastKey;
 }
 

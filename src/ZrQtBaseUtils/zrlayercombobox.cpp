@@ -335,10 +335,9 @@ void ZrLayerComboBox::activatedIndexChanged(int index)
 {
     if (index < 0 || zrqthelper::hasSelection())
         return;
-    if (zrqthelper::getLayInfo(ZrString(itemText(index))).frozen) {
-        ZrQtBlockSignalUtil blocker(this);
+    // Not silent: whoever heard layerItemChanged for the frozen layer hears the return as well.
+    if (zrqthelper::getLayInfo(ZrString(itemText(index))).frozen)
         setCurrentIndex(d->previousIndex);
-    }
 }
 
 // Host events reach the box through the reactor service, not as Qt events.
