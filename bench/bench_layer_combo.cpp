@@ -9,14 +9,12 @@
 #include "zrdrawingcontrol.h"
 
 #include <QAbstractItemView>
-#include <QApplication>
 #include <QComboBox>
 #include <QElapsedTimer>
 #include <QRandomGenerator>
 #include <QTest>
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <vector>
 
 namespace {
@@ -43,13 +41,10 @@ void addLayers(int count)
 
 int main(int argc, char** argv)
 {
-    zrbench::preferOffscreen();
-    zrbench::quietQtMessages();
-    QApplication app(argc, argv);
-    zrbench::HostWithModule host;
+    zrbench::BenchApp app(argc, argv);
 
-    const int count = argc > 1 ? std::max(100, std::atoi(argv[1])) : 10000;
-    const int rounds = argc > 2 ? std::max(3, std::atoi(argv[2])) : 15;
+    const int count = app.intArgument(1, 10000, 100);
+    const int rounds = app.intArgument(2, 15, 3);
     ZrHostControl::openEmptyDrawing();
     addLayers(count);
 

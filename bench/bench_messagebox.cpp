@@ -5,7 +5,6 @@
 
 #include "zrui.h"
 
-#include <QApplication>
 #include <QDialog>
 #include <QElapsedTimer>
 #include <QMessageBox>
@@ -58,15 +57,12 @@ double qts()
 
 int main(int argc, char** argv)
 {
-    zrbench::preferOffscreen();
-    zrbench::quietQtMessages();
-    QApplication app(argc, argv);
-    zrbench::HostWithModule host;
+    zrbench::BenchApp app(argc, argv);
 
     Closer closer;
-    app.installEventFilter(&closer);
+    qApp->installEventFilter(&closer);
 
-    const int rounds = argc > 1 ? std::max(10, atoi(argv[1])) : 200;
+    const int rounds = app.intArgument(1, 200, 10);
     for (int i = 0; i < 10; ++i) {
         ours();
         qts();
@@ -85,6 +81,6 @@ int main(int argc, char** argv)
     std::printf("  QMessageBox                           %8.3f ms\n", b);
     std::printf("  ratio ours / Qt                       %8.2f  (goal: at most 1.20)\n", a / b);
 
-    app.removeEventFilter(&closer);
+    qApp->removeEventFilter(&closer);
     return 0;
 }

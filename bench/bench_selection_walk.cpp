@@ -12,11 +12,9 @@
 #include "zrselection.h"
 #include "zrsystem.h"
 
-#include <QApplication>
 #include <QElapsedTimer>
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <vector>
 
 namespace {
@@ -104,13 +102,10 @@ double plainPass()
 
 int main(int argc, char** argv)
 {
-    zrbench::preferOffscreen();
-    zrbench::quietQtMessages();
-    QApplication app(argc, argv);
-    zrbench::HostWithModule host;
+    zrbench::BenchApp app(argc, argv);
 
-    const int count = argc > 1 ? std::max(1000, std::atoi(argv[1])) : 1000000;
-    const int rounds = argc > 2 ? std::max(3, std::atoi(argv[2])) : 7;
+    const int count = app.intArgument(1, 1000000, 1000);
+    const int rounds = app.intArgument(2, 7, 3);
     // One layer: every entity agrees on every property.
     ZrHostControl::openGeneratedDrawing(count, 1);
     ZrHostControl::setSelection(ZrHostControl::entitiesOfCurrentSpace());

@@ -9,22 +9,15 @@
 
 namespace zrbench {
 
-void preferOffscreen()
-{
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-}
+namespace {
 
-static void quietHandler(QtMsgType type, const QMessageLogContext&, const QString& message)
+void quietHandler(QtMsgType type, const QMessageLogContext&, const QString& message)
 {
     if (type != QtDebugMsg && !message.contains(QLatin1String("This plugin does not support")))
         std::fprintf(stderr, "%s\n", qPrintable(message));
 }
 
-void quietQtMessages()
-{
-    qInstallMessageHandler(quietHandler);
-}
+} // namespace
 
 double median(std::vector<double> values)
 {
@@ -32,7 +25,16 @@ double median(std::vector<double> values)
     return values[values.size() / 2];
 }
 
-HostWithModule::HostWithModule()
+// Runs before the application object exists, which reads the platform when it is built.
+int& BenchApp::prepare(int& argc)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    qInstallMessageHandler(quietHandler);
+    return argc;
+}
+
+BenchApp::BenchApp(int& argc, char** argv) : m_app(prepare(argc), argv)
 {
     ZrHostControl::Options options;
     options.configDir = m_config.path();
@@ -41,10 +43,16 @@ HostWithModule::HostWithModule()
     zrrxEntryPoint(1);
 }
 
-HostWithModule::~HostWithModule()
+BenchApp::~BenchApp()
 {
     zrrxEntryPoint(2);
     ZrHostControl::shutdown();
+}
+
+int BenchApp::intArgument(int index, int fallback, int least) const
+{
+    const QStringList arguments = QCoreApplication::arguments();
+    return index < arguments.size() ? std::max(least, arguments.at(index).toInt()) : fallback;
 }
 
 } // namespace zrbench

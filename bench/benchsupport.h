@@ -1,28 +1,33 @@
 #pragma once
 // What every benchmark of the module does around its measurements.
 
+#include <QApplication>
 #include <QTemporaryDir>
 #include <vector>
 
 namespace zrbench {
 
-// The offscreen platform unless the caller chose one; call before the application object exists.
-void preferOffscreen();
-// Lets Qt's warnings through but not its debug lines, nor the offscreen platform's notes on what it
-// can't do (raise a window, grab the keyboard), which say nothing about speed.
-void quietQtMessages();
 double median(std::vector<double> values);
 
-// The substitute host with a configuration of its own, and the module loaded, for one run.
-class HostWithModule
+// The application of one benchmark run: Qt's offscreen platform unless the caller chose one, Qt's
+// debug lines and the offscreen platform's notes on what it can't do (raise a window, grab the
+// keyboard) kept out of the figures, and the substitute host with a configuration of its own and
+// the module loaded.
+class BenchApp
 {
 public:
-    HostWithModule();
-    ~HostWithModule();
-    HostWithModule(const HostWithModule&) = delete;
-    HostWithModule& operator=(const HostWithModule&) = delete;
+    BenchApp(int& argc, char** argv);
+    ~BenchApp();
+    BenchApp(const BenchApp&) = delete;
+    BenchApp& operator=(const BenchApp&) = delete;
+
+    // The integer argument at `index`, at least `least`; `fallback` when it is not given.
+    int intArgument(int index, int fallback, int least) const;
 
 private:
+    static int& prepare(int& argc);
+
+    QApplication m_app;
     QTemporaryDir m_config;
 };
 

@@ -44,7 +44,7 @@ QString iconPath(int dlgtype)
     return QString();
 }
 
-struct ButtonSpec
+struct ButtonChoice
 {
     const char* key;
     const char* text;
@@ -52,18 +52,18 @@ struct ButtonSpec
     int id;
 };
 
-const ButtonSpec kOk0 = {"IDS_DLG_PROMPT_OK_KEY", "确定(&O)", 'O', 0};
-const ButtonSpec kOk1 = {"IDS_DLG_PROMPT_OK_KEY", "确定(&O)", 'O', 1};
-const ButtonSpec kCancel = {"IDS_EATTEXT_5", "取消(&C)", 'C', 2};
+const ButtonChoice kOk0 = {"IDS_DLG_PROMPT_OK_KEY", "确定(&O)", 'O', 0};
+const ButtonChoice kOk1 = {"IDS_DLG_PROMPT_OK_KEY", "确定(&O)", 'O', 1};
+const ButtonChoice kCancel = {"IDS_EATTEXT_5", "取消(&C)", 'C', 2};
 // The abort and retry buttons cross their shortcuts and ids on purpose: callers read these ids.
-const ButtonSpec kAbort = {"IDS_QTUTILS_TASKDIALOG_0", "终止(&T)", 'R', 4};
-const ButtonSpec kRetryCrossed = {"IDS_UITASKDIALOG_PROMPT4", "重试(&R)", 'T', 3};
-const ButtonSpec kIgnore = {"CMDSRES_IDD_DIALOG_HATCH_27", "忽略(&I)", 'I', 5};
-const ButtonSpec kYes = {"IDS_EATTEXT_118", "是(&Y)", 'Y', 6};
-const ButtonSpec kNo = {"IDS_EATTEXT_119", "否(&N)", 'N', 7};
-const ButtonSpec kRetry = {"IDS_UITASKDIALOG_PROMPT4", "重试(&R)", 'R', 4};
+const ButtonChoice kAbort = {"IDS_QTUTILS_TASKDIALOG_0", "终止(&T)", 'R', 4};
+const ButtonChoice kRetryCrossed = {"IDS_UITASKDIALOG_PROMPT4", "重试(&R)", 'T', 3};
+const ButtonChoice kIgnore = {"CMDSRES_IDD_DIALOG_HATCH_27", "忽略(&I)", 'I', 5};
+const ButtonChoice kYes = {"IDS_EATTEXT_118", "是(&Y)", 'Y', 6};
+const ButtonChoice kNo = {"IDS_EATTEXT_119", "否(&N)", 'N', 7};
+const ButtonChoice kRetry = {"IDS_UITASKDIALOG_PROMPT4", "重试(&R)", 'R', 4};
 
-std::vector<ButtonSpec> buttonSet(int flag)
+std::vector<ButtonChoice> buttonSet(int flag)
 {
     switch (flag) {
     case 0: return {kOk0};
@@ -76,7 +76,7 @@ std::vector<ButtonSpec> buttonSet(int flag)
     }
 }
 
-QString buttonText(const ButtonSpec& spec) { return zrUiText(spec.key, QString::fromUtf8(spec.text)); }
+QString buttonText(const ButtonChoice& choice) { return zrUiText(choice.key, QString::fromUtf8(choice.text)); }
 
 QString wrapMessage(const QString& msg, const QFontMetrics& metrics)
 {
@@ -213,10 +213,10 @@ int ZrQtMessageBox::onCreateInner()
             if (texts->ArrayCount() == 0)
                 addControlButton(buttonRow, buttonText(kOk0), QChar(), 0);
         } else {
-            const std::vector<ButtonSpec> specs = buttonSet(flag);
-            for (const ButtonSpec& spec : specs) {
-                QPushButton* button = addControlButton(buttonRow, buttonText(spec), QLatin1Char(spec.shortcut), spec.id);
-                if (flag == 4 && &spec == &specs[1] && button)
+            const std::vector<ButtonChoice> choices = buttonSet(flag);
+            for (const ButtonChoice& choice : choices) {
+                QPushButton* button = addControlButton(buttonRow, buttonText(choice), QLatin1Char(choice.shortcut), choice.id);
+                if (flag == 4 && &choice == &choices[1] && button)
                     button->setFocus(Qt::OtherFocusReason);
             }
         }
