@@ -6,6 +6,8 @@
 #include "zrglobaluireactor.h"
 #include "zrhostreactor.h"
 
+#include "drawingtesthelpers.h"
+
 #include "zrdbdatabase.h"
 #include "zrdbdict.h"
 #include "zrdbentity.h"
@@ -20,6 +22,8 @@
 #include <vector>
 
 namespace ControlsTest {
+
+using namespace DrawingTest;
 
 // One host for one test function: module loaded, reactor in slot 14, an empty drawing open.
 class Host
@@ -60,30 +64,6 @@ private:
 inline ZrDbDatabase* db() { return curDatabase(); }
 inline CXuDocContext* context() { return CXuSystem::instance()->docContext(); }
 
-struct LayerFlags
-{
-    bool frozen = false;
-    bool locked = false;
-    bool hidden = false;
-    bool off = false;
-};
-
-// Adds a record to a symbol table of the current drawing.
-template <class Table, class Record>
-ZrDbObjectId addRecord(int (ZrDbDatabase::*getTable)(Table*&, ZrDb::OpenMode) const, Record* record,
-                       const QString& name)
-{
-    Table* table = nullptr;
-    if ((db()->*getTable)(table, ZrDb::kForWrite) != Zr::eOk)
-        return ZrDbObjectId();
-    record->setName(ZrString(name));
-    ZrDbObjectId id;
-    table->add(record, &id);
-    record->close();
-    table->close();
-    return id;
-}
-
 // Adds a named object (material, table or multileader style) to a dictionary of the current drawing.
 template <class Named>
 ZrDbObjectId addEntry(ZrDbObjectId dictionaryId, Named* object, const QString& name)
@@ -96,31 +76,6 @@ ZrDbObjectId addEntry(ZrDbObjectId dictionaryId, Named* object, const QString& n
     dictionary->setAt(ZrString(name), object, id);
     object->close();
     dictionary->close();
-    return id;
-}
-
-inline ZrDbObjectId addLayer(const QString& name, LayerFlags flags = {})
-{
-    auto* layer = new ZrDbLayerTableRecord;
-    layer->setIsFrozen(flags.frozen);
-    layer->setIsLocked(flags.locked);
-    layer->setIsHidden(flags.hidden);
-    layer->setIsOff(flags.off);
-    return addRecord(&ZrDbDatabase::getLayerTable, layer, name);
-}
-
-// Adds an entity to the model space on `layer` (the current layer when null).
-template <class Entity>
-ZrDbObjectId addEntity(Entity* entity, ZrDbObjectId layer = ZrDbObjectId())
-{
-    entity->setLayer(layer.isValid() ? layer : db()->clayer());
-    ZrDbBlockTableRecord* space = nullptr;
-    ZrDbObjectId id;
-    if (zrdbOpenObject(space, db()->modelSpaceId(), ZrDb::kForWrite) != Zr::eOk)
-        return id;
-    space->appendZrDbEntity(id, entity);
-    entity->close();
-    space->close();
     return id;
 }
 
@@ -158,17 +113,6 @@ inline ZrCmColor aci(uint16_t index)
     color.setColorMethod(ZrCmEntityColor::kByACI);
     color.setColorIndex(index);
     return color;
-}
-
-inline ZrDbObjectId layerOf(ZrDbObjectId entity)
-{
-    return readEntity<ZrDbEntity>(entity, [](const ZrDbEntity* e) { return e->layerId(); });
-}
-
-inline QString layerName(ZrDbObjectId layer)
-{
-    ZrDbObjectPointer<ZrDbLayerTableRecord> record(layer, ZrDb::kForRead);
-    return record ? record->name().toQString() : QString();
 }
 
 // Closes the undo history with a step of its own, so that a test can tell whether anything followed.

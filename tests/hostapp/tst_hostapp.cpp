@@ -5,6 +5,7 @@
 // buttons held and drags and pans arrive as a user makes them.
 #define QTEST_QPA_MOUSE_HANDLING
 
+#include "drawingtesthelpers.h"
 #include "zrappenv.h"
 #include "zrdbdatabase.h"
 #include "zrdbentity.h"
@@ -28,42 +29,13 @@
 #include <memory>
 #include <vector>
 
+using namespace DrawingTest;
+
 namespace {
 
 std::vector<ZrDbObjectId> selection()
 {
     return zrDocManagerPtr()->curDocument()->context()->pickFirst();
-}
-
-ZrDbObjectId layerOf(ZrDbObjectId entity)
-{
-    ZrDbObjectPointer<ZrDbEntity> opened(entity, ZrDb::kForRead);
-    return opened ? opened->layerId() : ZrDbObjectId();
-}
-
-QString layerName(ZrDbObjectId layer)
-{
-    ZrDbObjectPointer<ZrDbLayerTableRecord> opened(layer, ZrDb::kForRead);
-    return opened ? opened->name().toQString() : QString();
-}
-
-struct LayerState
-{
-    bool frozen = false;
-    bool locked = false;
-};
-
-ZrDbObjectId addLayer(const QString& name, LayerState state = {})
-{
-    ZrDbObjectPointer<ZrDbLayerTable> table(curDatabase()->layerTableId(), ZrDb::kForWrite);
-    auto* record = new ZrDbLayerTableRecord;
-    record->setName(ZrString(name));
-    record->setIsFrozen(state.frozen);
-    record->setIsLocked(state.locked);
-    ZrDbObjectId id;
-    table->add(record, &id);
-    record->close();
-    return id;
 }
 
 void setLayerOff(ZrDbObjectId layer, bool off)
@@ -72,20 +44,9 @@ void setLayerOff(ZrDbObjectId layer, bool off)
     opened->setIsOff(off);
 }
 
-ZrDbObjectId addToModelSpace(ZrDbEntity* entity, ZrDbObjectId layer = ZrDbObjectId())
-{
-    ZrDbObjectPointer<ZrDbBlockTableRecord> space(curDatabase()->modelSpaceId(), ZrDb::kForWrite);
-    ZrDbObjectId id;
-    space->appendZrDbEntity(id, entity);
-    if (!layer.isNull())
-        entity->setLayer(layer);
-    entity->close();
-    return id;
-}
-
 ZrDbObjectId addLine(double x0, double y0, double x1, double y1, ZrDbObjectId layer = ZrDbObjectId())
 {
-    return addToModelSpace(new ZrDbLine(ZrGePoint3d(x0, y0, 0), ZrGePoint3d(x1, y1, 0)), layer);
+    return addEntity(new ZrDbLine(ZrGePoint3d(x0, y0, 0), ZrGePoint3d(x1, y1, 0)), layer);
 }
 
 } // namespace
@@ -352,7 +313,7 @@ private Q_SLOTS:
         ZrHostControl::openEmptyDrawing();
         const ZrDbObjectId shortLine = addLine(0, 0, 100, 0);
         const ZrDbObjectId longLine = addLine(0, 50, 200, 50);
-        const ZrDbObjectId circle = addToModelSpace(new ZrDbCircle(ZrGePoint3d(300, 0, 0), 40));
+        const ZrDbObjectId circle = addEntity(new ZrDbCircle(ZrGePoint3d(300, 0, 0), 40));
         showWindow();
 
         const QPoint topLeft = onScreen(-5, 55);
