@@ -1,12 +1,13 @@
 #pragma once
-// Shared set-up of the control suites: a fresh substitute host with the module loaded and the
-// reactor installed, and small drawings built through the host's database interfaces.
+// Shared set-up of the control suites: the shared host with the reactor installed, and small
+// drawings built through the host's database interfaces.
 
 #include "qt_common_ui.h"
 #include "zrglobaluireactor.h"
 #include "zrhostreactor.h"
 
 #include "drawingtesthelpers.h"
+#include "zrtesthost.h"
 
 #include "zrdbdatabase.h"
 #include "zrdbdict.h"
@@ -14,10 +15,8 @@
 #include "zrdbsymtb.h"
 #include "zrdocument.h"
 #include "zrdrawingcontrol.h"
-#include "zrhostcontrol.h"
 #include "zrsystem.h"
 
-#include <QTemporaryDir>
 #include <QTest>
 #include <vector>
 
@@ -25,40 +24,21 @@ namespace ControlsTest {
 
 using namespace DrawingTest;
 
-// One host for one test function: module loaded, reactor in slot 14, an empty drawing open.
-class Host
+// The shared host with an empty drawing open and the reactor in slot 14, as the host's user-interface
+// layer installs it once the module is loaded.
+class Host : public ZrTest::Host
 {
 public:
-    Host()
-    {
-        ZrHostControl::Options options;
-        options.configDir = m_config.path();
-        options.resourceRoot = QStringLiteral(ZR_RESOURCE_ROOT);
-        ZrHostControl::initialize(options);
-        zrrxEntryPoint(1);
-        ZrHostReactor::install();
-        ZrHostControl::openEmptyDrawing();
-        ZrHostControl::setMacroListener([this](const ZrHostControl::MacroCall& call) { m_macros << call.text; });
-        ZrHostControl::setCommandListener([this](const QString& command, bool) { m_commands << command; });
-    }
-    ~Host()
-    {
-        ZrHostReactor::uninstall();
-        zrrxEntryPoint(2);
-        ZrHostControl::shutdown();
-    }
-    Host(const Host&) = delete;
-    Host& operator=(const Host&) = delete;
-
-    // Every string that reached the menu-macro queue since the host was made.
-    QStringList macros() const { return m_macros; }
-    // The queued strings that have run, by their command word.
-    QStringList commandsRun() const { return m_commands; }
+    Host() : ZrTest::Host(withEmptyDrawing()) { ZrHostReactor::install(); }
+    ~Host() override { ZrHostReactor::uninstall(); }
 
 private:
-    QTemporaryDir m_config;
-    QStringList m_macros;
-    QStringList m_commands;
+    static Options withEmptyDrawing()
+    {
+        Options options;
+        options.emptyDrawing = true;
+        return options;
+    }
 };
 
 inline ZrDbDatabase* db() { return curDatabase(); }
@@ -118,12 +98,12 @@ inline ZrCmColor aci(uint16_t index)
 // Closes the undo history with a step of its own, so that a test can tell whether anything followed.
 inline void markHistory()
 {
-    db()->beginUndoStep(ZrString(L"mark"));
+    ZrHostControl::beginUndoStep(ZrString(L"mark"));
     db()->setLtscale(db()->ltscale() + 1.0);
-    db()->endUndoStep();
+    ZrHostControl::endUndoStep();
 }
 
-inline bool nothingSinceMark() { return db()->undoStepName() == ZrString(L"mark") && !db()->canRedo(); }
+inline bool nothingSinceMark() { return ZrHostControl::undoStepName() == ZrString(L"mark") && !ZrHostControl::canRedo(); }
 
 inline void select(const std::vector<ZrDbObjectId>& ids) { ZrHostControl::setSelection(ids); }
 

@@ -1,6 +1,6 @@
 // The dialog frame: result codes, temporary exits, the modal count and the one-shot function.
 
-#include "dialogtesthelpers.h"
+#include "zrtesthost.h"
 #include "zrtestmain.h"
 
 #include "qt_utils.h"
@@ -11,6 +11,7 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QTest>
+#include <memory>
 
 namespace {
 
@@ -49,15 +50,16 @@ class TestDialogFrame : public QObject
 {
     Q_OBJECT
 
-    QTemporaryDir m_config;
+    std::unique_ptr<ZrTest::Host> m_host;
 
 private Q_SLOTS:
-    void init() { ZrHostControl::initialize(DialogTest::hostOptions(m_config)); }
+    // The frame stands alone: no module, no service.
+    void init() { m_host.reset(new ZrTest::Host(ZrTest::Host::Options{false, false})); }
     void cleanup()
     {
         QVERIFY(!QApplication::activeModalWidget());
         QCOMPARE(ZrQtUIModalDialogBase::getModalDlgCount(), 0);
-        ZrHostControl::shutdown();
+        m_host.reset();
     }
 
     void endDialogCodeIsTheResult_data()
@@ -71,7 +73,7 @@ private Q_SLOTS:
     {
         QFETCH(int, code);
         ZrSmartPtr<ProbeFrame> frame = makeFrame();
-        DialogTest::whenModalShown([&](QWidget*) { frame->endDialog(code); });
+        ZrTest::whenModalShown([&](QWidget*) { frame->endDialog(code); });
         QCOMPARE(frame->doModal(), code);
         QCOMPARE(frame->getResult()->GetVarI("result"), code);
     }
@@ -79,14 +81,14 @@ private Q_SLOTS:
     void closeButtonGivesCancel()
     {
         ZrSmartPtr<ProbeFrame> frame = makeFrame();
-        DialogTest::whenModalShown([](QWidget* dialog) { dialog->close(); });
+        ZrTest::whenModalShown([](QWidget* dialog) { dialog->close(); });
         QCOMPARE(frame->doModal(), 2);
     }
 
     void plainAcceptGivesOk()
     {
         ZrSmartPtr<ProbeFrame> frame = makeFrame();
-        DialogTest::whenModalShown([](QWidget* dialog) { static_cast<QDialog*>(dialog)->accept(); });
+        ZrTest::whenModalShown([](QWidget* dialog) { static_cast<QDialog*>(dialog)->accept(); });
         QCOMPARE(frame->doModal(), 1);
     }
 
@@ -97,7 +99,7 @@ private Q_SLOTS:
         int during = 0;
         int countDuring = 0;
         Qt::CursorShape shape = Qt::BlankCursor;
-        DialogTest::whenModalShown([&](QWidget*) {
+        ZrTest::whenModalShown([&](QWidget*) {
             during = frame->getResult()->GetVarI("result");
             countDuring = ZrQtUIModalDialogBase::getModalDlgCount();
             shape = QGuiApplication::overrideCursor()->shape();
@@ -115,7 +117,7 @@ private Q_SLOTS:
     {
         ZrSmartPtr<ProbeFrame> frame = makeFrame();
         frame->setTempExitFlag(true);
-        DialogTest::whenModalShown([](QWidget* dialog) { static_cast<QDialog*>(dialog)->reject(); });
+        ZrTest::whenModalShown([](QWidget* dialog) { static_cast<QDialog*>(dialog)->reject(); });
         QCOMPARE(frame->doModal(), 11);
         QVERIFY(frame->getTempExitFlag());
     }
@@ -125,11 +127,11 @@ private Q_SLOTS:
         ZrSmartPtr<ProbeFrame> frame = makeFrame();
         int runs = 0;
         // Step aside for a pick; the pick returns to the dialog, which then leaves by a temporary exit.
-        DialogTest::whenModalShown([&](QWidget*) {
+        ZrTest::whenModalShown([&](QWidget*) {
             frame->setBeginEditorCommandFunc([&](void*) {
                 ++runs;
                 frame->completeEditorCommand(true);
-                DialogTest::whenModalShown([&](QWidget* dialog) {
+                ZrTest::whenModalShown([&](QWidget* dialog) {
                     frame->setTempExitFlag(true);
                     static_cast<QDialog*>(dialog)->reject();
                 });
@@ -157,7 +159,7 @@ private Q_SLOTS:
         ZrSmartPtr<ProbeFrame> frame = makeFrame();
         int flagsDuringPick = 0;
         bool hiddenDuringPick = false;
-        DialogTest::whenModalShown([&](QWidget*) {
+        ZrTest::whenModalShown([&](QWidget*) {
             frame->setBeginEditorCommandFunc([&](void*) {
                 flagsDuringPick = frame->flags();
                 hiddenDuringPick = !frame->getWidget()->isVisible();
@@ -186,13 +188,13 @@ private Q_SLOTS:
             ++second;
             seen = *static_cast<void**>(arg);
         }, &marker);
-        DialogTest::whenModalShown([&](QWidget*) { frame->onCancel(); });
+        ZrTest::whenModalShown([&](QWidget*) { frame->onCancel(); });
         frame->doModal();
         QCOMPARE(first, 0);
         QCOMPARE(second, 1);
         QCOMPARE(seen, static_cast<void*>(&marker));
 
-        DialogTest::whenModalShown([&](QWidget*) { frame->onCancel(); });
+        ZrTest::whenModalShown([&](QWidget*) { frame->onCancel(); });
         frame->doModal();
         QCOMPARE(second, 1);
     }
@@ -203,8 +205,8 @@ private Q_SLOTS:
         ZrSmartPtr<ProbeFrame> inner = makeFrame();
         int countInInner = 0;
         int callsAfterInner = -1;
-        DialogTest::whenModalShown([&](QWidget* outerWidget) {
-            DialogTest::whenModalShown([&](QWidget*) {
+        ZrTest::whenModalShown([&](QWidget* outerWidget) {
+            ZrTest::whenModalShown([&](QWidget*) {
                 countInInner = ZrQtUIModalDialogBase::getModalDlgCount();
                 inner->onCancel();
             }, outerWidget);
@@ -222,7 +224,7 @@ private Q_SLOTS:
     void okLeavesCommandStateAlone()
     {
         ZrSmartPtr<ProbeFrame> frame = makeFrame();
-        DialogTest::whenModalShown([&](QWidget*) { frame->onOk(); });
+        ZrTest::whenModalShown([&](QWidget*) { frame->onOk(); });
         frame->doModal();
         QCOMPARE(commandObject()->commandStateCalls(), 0);
     }
@@ -232,7 +234,7 @@ private Q_SLOTS:
         CXuDocManager* documents = CXuSystem::instance()->docManager();
         documents->closeDocument(documents->curDocument());
         ZrSmartPtr<ProbeFrame> frame = makeFrame();
-        DialogTest::whenModalShown([&](QWidget*) { frame->onCancel(); });
+        ZrTest::whenModalShown([&](QWidget*) { frame->onCancel(); });
         QCOMPARE(frame->doModal(), 2);
     }
 
@@ -278,7 +280,7 @@ private Q_SLOTS:
         QVERIFY(invoker->exchangeData(true));
         QCOMPARE(frame->m_dlg->exchanges, QList<bool>{true});
 
-        DialogTest::whenModalShown([&](QWidget*) { invoker->endDialog(6); });
+        ZrTest::whenModalShown([&](QWidget*) { invoker->endDialog(6); });
         QCOMPARE(frame->doModal(), 6);
 
         frame.release();

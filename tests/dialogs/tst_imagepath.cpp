@@ -1,6 +1,6 @@
 // Theme images: the folder by theme, raw images, the ribbon folder as fall-back, and separators.
 
-#include "dialogtesthelpers.h"
+#include "zrtesthost.h"
 #include "zrtestmain.h"
 
 #include "ZrQtUtilsFunc.h"
@@ -10,12 +10,13 @@
 #include <QDir>
 #include <QFile>
 #include <QTest>
+#include <memory>
 
 class TestImagePath : public QObject
 {
     Q_OBJECT
 
-    QTemporaryDir m_config;
+    std::unique_ptr<ZrTest::Host> m_host;
     QTemporaryDir m_root;
 
     void touch(const QString& relative)
@@ -39,12 +40,11 @@ private Q_SLOTS:
 
     void init()
     {
-        ZrHostControl::Options options = DialogTest::hostOptions(m_config);
-        options.resourceRoot = m_root.path();
-        ZrHostControl::initialize(options);
+        m_host.reset(new ZrTest::Host(ZrTest::Host::Options{false, false}));
+        ZrHostControl::setResourceRoot(m_root.path());
     }
 
-    void cleanup() { ZrHostControl::shutdown(); }
+    void cleanup() { m_host.reset(); }
 
     void lookups_data()
     {

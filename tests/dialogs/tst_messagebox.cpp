@@ -1,6 +1,6 @@
 // The message box as a caller and a user meet it: keys in, buttons, keys and clicks, keys out.
 
-#include "dialogtesthelpers.h"
+#include "zrtesthost.h"
 #include "zrtestmain.h"
 
 #include "qt_common_ui.h"
@@ -15,6 +15,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
+#include <memory>
 
 namespace {
 
@@ -34,7 +35,7 @@ ZrJsonPtr parseParam(const char* json)
 // Runs "MessageBox" as a host module does and lets `user` act on the box once it is up.
 Outcome runBox(ZrJsonPtr param, std::function<void(QDialog*)> user)
 {
-    DialogTest::whenModalShown([user](QWidget* box) { user(static_cast<QDialog*>(box)); });
+    ZrTest::whenModalShown([user](QWidget* box) { user(static_cast<QDialog*>(box)); });
     ZrJsonPtr result = zruiShowModelDialogEx(48, ZrString(L"MessageBox"), param, ZrRxObjectPtr(), nullptr);
     return {result ? result->GetVarI("result", -99) : -99, param};
 }
@@ -85,20 +86,15 @@ class TestMessageBox : public QObject
 {
     Q_OBJECT
 
-    QTemporaryDir m_config;
+    std::unique_ptr<ZrTest::Host> m_host;
 
 private Q_SLOTS:
-    void init()
-    {
-        ZrHostControl::initialize(DialogTest::hostOptions(m_config));
-        zrrxEntryPoint(1);
-    }
+    void init() { m_host.reset(new ZrTest::Host); }
 
     void cleanup()
     {
         QVERIFY(!QApplication::activeModalWidget());
-        zrrxEntryPoint(2);
-        ZrHostControl::shutdown();
+        m_host.reset();
     }
 
     void buttonSets_data()
@@ -255,7 +251,7 @@ private Q_SLOTS:
 
     void missingImageLeavesTheIconOut()
     {
-        ZrHostControl::setResourceRoot(m_config.path());
+        ZrHostControl::setResourceRoot(m_host->configDir());
         runBox(R"({"msg":"m","contentFlag":1,"dlgtype":32})", [](QDialog* box) {
             QVERIFY(box->findChildren<ZrSvgLabel*>().isEmpty());
             QCOMPARE(box->findChildren<QLabel*>().size(), 1);
@@ -381,7 +377,7 @@ private Q_SLOTS:
     void hostMessageBoxFunctions()
     {
         ZrJsonPtr answer;
-        DialogTest::whenModalShown([](QWidget* box) { QTest::keyClick(box, Qt::Key_N, Qt::AltModifier); });
+        ZrTest::whenModalShown([](QWidget* box) { QTest::keyClick(box, Qt::Key_N, Qt::AltModifier); });
         answer = zruiMessageBoxEx(ZrString(L"标题"), ZrString(L"正文"), ZrJsonPtr(), 3, 1, 32, nullptr);
         QCOMPARE(answer->GetVarI("ControlBtn", -1), 7);
         QCOMPARE(answer->GetVarI("result"), 1);
@@ -390,16 +386,16 @@ private Q_SLOTS:
         // A custom button set in advance survives the keys the host adds.
         ZrJsonPtr param = ElementValue::createObject(2);
         param->SetDataSW("btnText/0", ZrString(L"知道了"));
-        DialogTest::whenModalShown([](QWidget* box) {
+        ZrTest::whenModalShown([](QWidget* box) {
             QTest::mouseClick(pushButtons(static_cast<QDialog*>(box))[0], Qt::LeftButton);
         });
         answer = zruiMessageBoxEx(ZrString(L"t"), ZrString(L"m"), param, 6, 1, 0, nullptr);
         QVERIFY(answer.sameValue(param));
         QCOMPARE(param->GetVarI("ControlBtn", -1), 0);
 
-        DialogTest::whenModalShown([](QWidget* box) { QTest::keyClick(box, Qt::Key_Y); });
+        ZrTest::whenModalShown([](QWidget* box) { QTest::keyClick(box, Qt::Key_Y); });
         QCOMPARE(ZrUiMessageBox(ZrString(L"c"), ZrString(L"t"), 4 | 32, nullptr), 6);
-        DialogTest::whenModalShown([](QWidget* box) { QTest::keyClick(box, Qt::Key_Escape); });
+        ZrTest::whenModalShown([](QWidget* box) { QTest::keyClick(box, Qt::Key_Escape); });
         QCOMPARE(ZrUiMessageBox(ZrString(L"c"), ZrString(L"t"), 1, nullptr), 2);
     }
 

@@ -1,6 +1,6 @@
 // The module's entry point and its UI service: loading, names, parents and the update command.
 
-#include "dialogtesthelpers.h"
+#include "zrtesthost.h"
 #include "zrtestmain.h"
 
 #include "qt_common_ui.h"
@@ -11,12 +11,13 @@
 
 #include <QDialog>
 #include <QTest>
+#include <memory>
 
 class TestUiService : public QObject
 {
     Q_OBJECT
 
-    QTemporaryDir m_config;
+    std::unique_ptr<ZrTest::Host> m_host;
 
     static ZrEdCommandStack* commands()
     {
@@ -26,17 +27,9 @@ class TestUiService : public QObject
     static ZrQtCommonUISvr* service() { return ZrQtCommonUISvr::cast(zrUISvr(48).get()); }
 
 private Q_SLOTS:
-    void init()
-    {
-        ZrHostControl::initialize(DialogTest::hostOptions(m_config));
-        zrrxEntryPoint(1);
-    }
+    void init() { m_host.reset(new ZrTest::Host); }
 
-    void cleanup()
-    {
-        zrrxEntryPoint(2);
-        ZrHostControl::shutdown();
-    }
+    void cleanup() { m_host.reset(); }
 
     void loadRegistersServiceAndCommand()
     {
@@ -107,7 +100,7 @@ private Q_SLOTS:
         ZrHostControl::setTargetWindow(&target);
         QDialog outer;
         QWidget* parentSeen = nullptr;
-        DialogTest::whenModalShown([&](QWidget* modal) {
+        ZrTest::whenModalShown([&](QWidget* modal) {
             ZrSmartPtr<ZrUiDialogBase> box = service()->createDialog(ZrString(L"MessageBox"), nullptr);
             parentSeen = static_cast<QWidget*>(box->getDlg())->parentWidget();
             modal->close();
@@ -123,7 +116,7 @@ private Q_SLOTS:
         ZrHostControl::setTargetWindow(&target);
         QDialog outer;
         QWidget* parentSeen = nullptr;
-        DialogTest::whenModalShown([&](QWidget* modal) {
+        ZrTest::whenModalShown([&](QWidget* modal) {
             ZrSmartPtr<ZrUiDialogBase> box = service()->createDialog(ZrString(L"MessageBox"), &given);
             parentSeen = static_cast<QWidget*>(box->getDlg())->parentWidget();
             modal->close();
