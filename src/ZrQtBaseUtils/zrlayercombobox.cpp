@@ -1,7 +1,9 @@
 #include "zrlayercombobox.h"
 
 #include "ZrQtUtilsFunc.h"
+#include "zrdrawingcombobox_p.h"
 #include "zrqthelper.h"
+#include "zrqthelper_p.h"
 
 #include "zrdbdatabase.h"
 #include "zrdbdict.h"
@@ -10,214 +12,53 @@
 #include "zrdocument.h"
 #include "zrui.h"
 
-#include <QAbstractListModel>
-#include <QApplication>
-#include <QListView>
-#include <QProxyStyle>
-#include <algorithm>
+#include <QAbstractItemView>
+#include <optional>
 
 namespace {
 
 // The first item stands for the current layer, and frozen layers are left out.
 constexpr int kUseCurrentMode = 1;
 
-// Clears modifySysVar while items arrive by code, so that none of them is written to the drawing.
-class ModifySysVarPause
-{
-public:
-    explicit ModifySysVarPause(CZrQtControlHelp* control) : m_control(control), m_saved(control->getModifySysVar())
-    {
-        control->setModifySysVar(false);
-    }
-    ~ModifySysVarPause() { m_control->setModifySysVar(m_saved); }
-    ModifySysVarPause(const ModifySysVarPause&) = delete;
-    ModifySysVarPause& operator=(const ModifySysVarPause&) = delete;
-
-private:
-    CZrQtControlHelp* m_control;
-    bool m_saved;
-};
-
-// The layer names as the host gives them: a fill moves them in at once, where the standard model
-// would build an item object and a converted text per layer. Texts are made as the view asks.
-class LayerNameModel : public QAbstractListModel
-{
-public:
-    using QAbstractListModel::QAbstractListModel;
-
-    void setNames(std::vector<ZrString> names)
-    {
-        beginResetModel();
-        m_names = std::move(names);
-        endResetModel();
-    }
-
-    // The first row whose name equals `name` ignoring case, -1 when there is none.
-    int rowOfName(const ZrString& name) const
-    {
-        for (size_t row = 0; row < m_names.size(); ++row) {
-            if (m_names[row].compareNoCase(name) == 0)
-                return static_cast<int>(row);
-        }
-        return -1;
-    }
-
-    int rowCount(const QModelIndex& parent = QModelIndex()) const override
-    {
-        return parent.isValid() ? 0 : static_cast<int>(m_names.size());
-    }
-
-    QVariant data(const QModelIndex& index, int role) const override
-    {
-        if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::EditRole))
-            return QVariant();
-        return m_names[static_cast<size_t>(index.row())].toQString();
-    }
-
-    // The combo box's own insertions name an item through the edit role.
-    bool setData(const QModelIndex& index, const QVariant& value, int role) override
-    {
-        if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::EditRole))
-            return false;
-        m_names[static_cast<size_t>(index.row())] = ZrString(value.toString());
-        Q_EMIT dataChanged(index, index, {Qt::DisplayRole, Qt::EditRole});
-        return true;
-    }
-
-    Qt::ItemFlags flags(const QModelIndex& index) const override
-    {
-        return index.isValid() ? Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemNeverHasChildren : Qt::NoItemFlags;
-    }
-
-    bool insertRows(int row, int count, const QModelIndex& parent = QModelIndex()) override
-    {
-        if (parent.isValid() || row < 0 || row > rowCount() || count < 1)
-            return false;
-        beginInsertRows(parent, row, row + count - 1);
-        m_names.insert(m_names.begin() + row, static_cast<size_t>(count), ZrString());
-        endInsertRows();
-        return true;
-    }
-
-    bool removeRows(int row, int count, const QModelIndex& parent = QModelIndex()) override
-    {
-        if (parent.isValid() || row < 0 || count < 1 || row + count > rowCount())
-            return false;
-        beginRemoveRows(parent, row, row + count - 1);
-        m_names.erase(m_names.begin() + row, m_names.begin() + row + count);
-        endRemoveRows();
-        return true;
-    }
-
-private:
-    std::vector<ZrString> m_names;
-};
-
-// Opens the list as a drop-down under the box, as layer lists of drawing programs do. A menu-like
-// popup, which some styles prefer, first measures the text of every item: tens of milliseconds for
-// a drawing with thousands of layers, at every opening.
-class DropDownListStyle : public QProxyStyle
-{
-public:
-    using QProxyStyle::QProxyStyle;
-
-    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
-                  QStyleHintReturn* returnData) const override
-    {
-        if (hint == SH_ComboBox_Popup)
-            return 0;
-        return QProxyStyle::styleHint(hint, option, widget, returnData);
-    }
-};
-
-// The width the drop-down list needs: the widest of the longest names, measured without shaping
-// every item's text.
-int listWidthFor(const QComboBox* box)
-{
-    constexpr int kMeasured = 32;
-    QStringList names;
-    names.reserve(box->count());
-    for (int i = 0; i < box->count(); ++i)
-        names << box->itemText(i);
-    const auto longest = names.begin() + std::min<int>(kMeasured, names.size());
-    std::partial_sort(names.begin(), longest, names.end(),
-                      [](const QString& a, const QString& b) { return a.size() > b.size(); });
-    const QFontMetrics metrics = box->view()->fontMetrics();
-    int width = 0;
-    for (auto name = names.begin(); name != longest; ++name)
-        width = std::max(width, metrics.horizontalAdvance(*name));
-    const int margins = box->view()->style()->pixelMetric(QStyle::PM_ScrollBarExtent) + 4 * metrics.averageCharWidth();
-    return width + margins;
-}
-
 } // namespace
 
 struct ZrLayerComboBox::Private
 {
+    explicit Private(ZrLayerComboBox* box) : model(new ZrDrawingCombo::ItemModel(box)) {}
+
     int mode = 0;
     // The current index when the list was last opened; the picker returns to it from a frozen layer.
     int previousIndex = 0;
     ZrGlobalUIReactorHelp::SLayerInfo info;
-
-    // Selects the item of `name`, ignoring case; a layer that isn't listed (hidden, frozen or new)
-    // is added as the last item until the next fill.
-    static void showLayer(ZrLayerComboBox* box, const ZrString& name)
-    {
-        const int index = static_cast<const LayerNameModel*>(box->model())->rowOfName(name);
-        if (index >= 0) {
-            box->setCurrentIndex(index);
-            return;
-        }
-        if (name.isEmpty())
-            return;
-        ModifySysVarPause pause(box);
-        box->addItem(name.toQString());
-        box->setCurrentIndex(box->count() - 1);
-    }
-
-    static void prepare(ZrLayerComboBox* box)
-    {
-        box->setInsertPolicy(QComboBox::InsertAfterCurrent);
-        box->setModel(new LayerNameModel(box));
-        // All items are one line of the same font: the list lays out thousands of layers at once.
-        if (auto* list = qobject_cast<QListView*>(box->view()))
-            list->setUniformItemSizes(true);
-        auto* style = new DropDownListStyle(QApplication::style()->objectName());
-        style->setParent(box);
-        box->setStyle(style);
-    }
+    ZrDrawingCombo::ItemModel* model;
+    // Last, so that the box leaves the reactor's list before the record goes.
+    std::optional<ZrDrawingCombo::ReactorRegistration> registration;
 };
 
-ZrLayerComboBox::ZrLayerComboBox(int mode, QWidget* parent) : QComboBox(parent), d(new Private)
+ZrLayerComboBox::ZrLayerComboBox(int mode, QWidget* parent) : QComboBox(parent), d(new Private(this))
 {
     d->mode = mode;
-    Private::prepare(this);
+    setInsertPolicy(QComboBox::InsertAfterCurrent);
+    ZrDrawingCombo::prepare(this, d->model);
+    d->registration.emplace(this);
     init();
     connect(this, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &ZrLayerComboBox::curIndexChanged);
     connect(this, QOverload<int>::of(&QComboBox::activated), this, &ZrLayerComboBox::activatedIndexChanged);
 }
 
 ZrLayerComboBox::ZrLayerComboBox(bool modifySysVar, int mode, QWidget* parent)
-    : QComboBox(parent), CZrQtControlHelp(modifySysVar), d(new Private)
+    : QComboBox(parent), CZrQtControlHelp(modifySysVar), d(new Private(this))
 {
     d->mode = mode;
-    Private::prepare(this);
+    setInsertPolicy(QComboBox::InsertAfterCurrent);
+    ZrDrawingCombo::prepare(this, d->model);
     setPickFirstInfo(&d->info);
-    if (modifySysVar) {
-        if (ZrSmartPtr<ZrUiReactorService> service = zrqthelper::getReactorService())
-            service->addReactorControl(this);
-    }
+    d->registration.emplace(this);
     init();
     connect(this, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &ZrLayerComboBox::curIndexChanged);
 }
 
-ZrLayerComboBox::~ZrLayerComboBox()
-{
-    if (getModifySysVar()) {
-        if (ZrSmartPtr<ZrUiReactorService> service = zrqthelper::getReactorService())
-            service->removeReactorControl(this);
-    }
-}
+ZrLayerComboBox::~ZrLayerComboBox() = default;
 
 QString ZrLayerComboBox::getLayerName(int index) const { return itemText(index); }
 QString ZrLayerComboBox::getCurrentLayerName() const { return itemText(currentIndex()); }
@@ -225,21 +66,20 @@ void ZrLayerComboBox::onInit() { init(); }
 
 void ZrLayerComboBox::init()
 {
-    ZrArray<zrqthelper::SigleLayerData> layers;
-    zrqthelper::getLayerInfos(layers);
-    std::vector<ZrString> names;
-    names.reserve(static_cast<size_t>(layers.length()) + 1);
+    zrqthelper::LayerList layers = zrqthelper::getLayerList();
+    ZrDrawingCombo::ItemList items(std::move(layers.names));
+    items.reserve(layers.entries.size() + 1);
     if (d->mode == kUseCurrentMode)
-        names.emplace_back(zrUiText("IDS_ZRRX_MAPTYPE_PROMPT2", QStringLiteral("使用当前项")));
-    for (zrqthelper::SigleLayerData& layer : layers) {
-        if (layer.hidden || (d->mode == kUseCurrentMode && layer.frozen) || layer.name.isEmpty())
+        items.add(zrUiText("IDS_ZRRX_MAPTYPE_PROMPT2", QStringLiteral("使用当前项")).toStdWString(), ZrDbObjectId());
+    for (const zrqthelper::LayerListEntry& layer : layers.entries) {
+        if (layer.hidden || (d->mode == kUseCurrentMode && layer.frozen))
             continue;
-        names.push_back(std::move(layer.name));
+        items.add(layer.name, layer.id);
     }
     // One replacement for the whole list; items show no icon. As when items are added to an empty
     // box, the first becomes current.
-    ModifySysVarPause pause(this);
-    static_cast<LayerNameModel*>(model())->setNames(std::move(names));
+    ZrDrawingCombo::ModifySysVarPause pause(this);
+    d->model->setItems(std::move(items));
     if (count() > 0)
         setCurrentIndex(0);
 }
@@ -274,28 +114,26 @@ void ZrLayerComboBox::onUpdateUI()
     CXuDocument* document = zrDocManagerPtr()->curDocument();
     if (!document)
         return;
-    using Info = ZrGlobalUIReactorHelp::SPickFirstInfo;
-    const Info::Status status = d->info.status;
+    using ZrDrawingCombo::Shows;
+    const Shows shows = ZrDrawingCombo::showsFor(d->info.status);
     ZrDbDatabase* db = document->database();
-    if (db && (status == Info::kNoSelection || status == Info::kUniform)) {
-        const ZrDbObjectId id = status == Info::kNoSelection ? db->clayer() : d->info.value;
-        if (!id.isValid() || count() == 0)
-            return;
-        ZrString name;
-        {
-            ZrDbObjectPointer<ZrDbLayerTableRecord> layer(id, ZrDb::kForRead);
-            if (!layer)
-                return;
-            name = layer->name();
-        }
-        ZrQtBlockSignalUtil blocker(this);
-        setEnabled(true);
-        Private::showLayer(this, name);
+    if (!db || (shows != Shows::DrawingValue && shows != Shows::CommonValue)) {
+        ZrDrawingCombo::showNoValue(this, shows);
         return;
     }
+    const ZrDbObjectId id = shows == Shows::DrawingValue ? db->clayer() : d->info.value;
+    if (!id.isValid() || count() == 0)
+        return;
+    ZrString name;
+    {
+        ZrDbObjectPointer<ZrDbLayerTableRecord> layer(id, ZrDb::kForRead);
+        if (!layer)
+            return;
+        name = layer->name();
+    }
     ZrQtBlockSignalUtil blocker(this);
-    setEnabled(status == Info::kVaries);
-    setCurrentIndex(-1);
+    setEnabled(true);
+    ZrDrawingCombo::showItem(this, d->model, this, {name, id});
 }
 
 void ZrLayerComboBox::showPopup()
@@ -304,14 +142,15 @@ void ZrLayerComboBox::showPopup()
     if (getModifySysVar()) {
         // A fresh list each time it opens, showing what it showed before.
         ZrQtBlockSignalUtil blocker(this);
-        const QString text = currentIndex() >= 0 ? currentText() : QString();
+        const int current = currentIndex();
+        const ZrDrawingCombo::Item shown{current >= 0 ? ZrString(currentText()) : ZrString(), d->model->idAt(current)};
         init();
-        if (text.isEmpty())
+        if (shown.name.isEmpty())
             setCurrentIndex(-1);
         else
-            Private::showLayer(this, ZrString(text));
+            ZrDrawingCombo::showItem(this, d->model, this, shown);
     }
-    view()->setMinimumWidth(listWidthFor(this));
+    view()->setMinimumWidth(ZrDrawingCombo::listWidth(this));
     QComboBox::showPopup();
 }
 

@@ -1,4 +1,5 @@
 #include "zrqthelper.h"
+#include "zrqthelper_p.h"
 
 #include "ZrQtUtilsFunc.h"
 
@@ -354,6 +355,23 @@ int64_t charAt(const NameKey& key, size_t depth)
     return depth < key.name.size() ? int64_t(key.name[depth]) : kPastEnd;
 }
 
+// How many characters from `depth` all names of a range share, read name by name: a prefix that
+// every name has costs one pass over the names, not one pass per character.
+size_t sharedFrom(const NameKey* first, const NameKey* last, size_t depth)
+{
+    const std::wstring_view head = first->name.substr(std::min(depth, first->name.size()));
+    size_t shared = head.size();
+    for (const NameKey* key = first + 1; key != last && shared > 0; ++key) {
+        const std::wstring_view tail = key->name.substr(std::min(depth, key->name.size()));
+        const size_t length = std::min(shared, tail.size());
+        size_t same = 0;
+        while (same < length && tail[same] == head[same])
+            ++same;
+        shared = same;
+    }
+    return shared;
+}
+
 // Puts names in the order of compareLayerInfo, a character position at a time (three-way radix
 // quicksort): the layer names of one drawing share long prefixes, which a comparison sort would
 // read again at every comparison. Within a range the names agree before `depth`.
@@ -367,6 +385,7 @@ void sortByName(NameKey* first, NameKey* last, size_t depth)
             });
             return;
         }
+        depth += sharedFrom(first, last, depth);
         const int64_t pivot = charAt(first[(last - first) / 2], depth);
         NameKey* below = first;
         NameKey* above = last;
@@ -412,6 +431,12 @@ SigleLayerData getLayInfo(const ZrString& name)
     return getLayInfo(findLayerTableRecordByName(name, db));
 }
 
+namespace {
+
+bool isListedLayerName(std::wstring_view name) { return name.find(L'*') == std::wstring_view::npos; }
+
+} // namespace
+
 void getLayerInfos(ZrArray<SigleLayerData>& layers, ZrDbDatabase* db)
 {
     layers.removeAll();
@@ -426,7 +451,7 @@ void getLayerInfos(ZrArray<SigleLayerData>& layers, ZrDbDatabase* db)
         read.emplace_back();
         if (layer)
             readLayer(read.back(), layer, viewport.object());
-        if (read.back().name.findOneOf(L"*") >= 0)
+        if (!isListedLayerName(read.back().name.std()))
             read.pop_back();
     });
     std::vector<NameKey> order;
@@ -450,6 +475,35 @@ void getLayerInfos(ZrArray<SigleLayerData>& layers, ZrDbDatabase* db)
         read[at] = std::move(first);
         order[at].place = at;
     }
+}
+
+LayerList getLayerList(ZrDbDatabase* db)
+{
+    LayerList list;
+    db = orCurrent(db);
+    if (!db)
+        return list;
+    std::vector<LayerListEntry> read;
+    read.reserve(recordCount(db->layerTableId()));
+    // One name buffer for the walk: reading a name into it allocates nothing once it is large enough.
+    ZrString name;
+    forEachRecord<ZrDbLayerTableRecord>(db->layerTableId(), [&](const ZrDbObjectId& id, const ZrDbLayerTableRecord* layer) {
+        if (!layer || layer->getName(name) != Zr::eOk || name.isEmpty() || !isListedLayerName(name.std()))
+            return;
+        const TextSpan span{static_cast<uint32_t>(list.names.size()), static_cast<uint32_t>(name.std().size())};
+        list.names += name.std();
+        read.push_back({span, id, layer->isFrozen(), layer->isHidden()});
+    });
+    // Names are viewed only once the buffer has stopped growing.
+    std::vector<NameKey> order;
+    order.reserve(read.size());
+    for (const LayerListEntry& entry : read)
+        order.push_back({entry.name.in(list.names), order.size()});
+    sortByName(order.data(), order.data() + order.size(), 0);
+    list.entries.reserve(read.size());
+    for (const NameKey& key : order)
+        list.entries.push_back(read[key.place]);
+    return list;
 }
 
 ZrDbObjectId findLayerTableRecordByName(const ZrString& name, ZrDbDatabase* db)
