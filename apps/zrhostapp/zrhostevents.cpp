@@ -1,6 +1,6 @@
 #include "zrhostevents.h"
 
-#include "zrreactor.h"
+#include "zrdrawingcontrol.h"
 
 #include <utility>
 
@@ -12,7 +12,7 @@ struct ZrHostEvents::Data
 
 ZrHostEvents::ZrHostEvents(QObject* parent) : QObject(parent), d(std::make_unique<Data>())
 {
-    d->listener = zrHostAddUiEventListener([this](const CZrGlobalUIReactorHelp& event) {
+    d->listener = ZrHostControl::addUiEventListener([this](const CZrGlobalUIReactorHelp& event) {
         const bool scheduled = d->pendingKinds != 0;
         d->pendingKinds |= event.kind;
         if (scheduled || d->pendingKinds == 0)
@@ -24,5 +24,5 @@ ZrHostEvents::ZrHostEvents(QObject* parent) : QObject(parent), d(std::make_uniqu
 
 ZrHostEvents::~ZrHostEvents()
 {
-    zrHostRemoveUiEventListener(d->listener);
+    ZrHostControl::removeUiEventListener(d->listener);
 }

@@ -231,17 +231,14 @@ void ZrHostMainWindow::saveDrawingFile()
 
 void ZrHostMainWindow::refreshUndoActions()
 {
-    const ZrDbDatabase* database = curDatabase();
     const auto follow = [](QAction* action, const QString& verb, bool can, const ZrString& step) {
         action->setEnabled(can);
         // Edits made outside a command leave steps without a name.
         action->setText(can && !step.isEmpty() ? QStringLiteral("%1 %2").arg(verb, step.toQString()) : verb);
         action->setToolTip(QStringLiteral("%1 (%2)").arg(action->text(), action->shortcut().toString(QKeySequence::NativeText)));
     };
-    follow(d->undo, QStringLiteral("撤销"), database && database->canUndo(),
-           database ? database->undoStepName() : ZrString());
-    follow(d->redo, QStringLiteral("重做"), database && database->canRedo(),
-           database ? database->redoStepName() : ZrString());
+    follow(d->undo, QStringLiteral("撤销"), ZrHostControl::canUndo(), ZrHostControl::undoStepName());
+    follow(d->redo, QStringLiteral("重做"), ZrHostControl::canRedo(), ZrHostControl::redoStepName());
 }
 
 void ZrHostMainWindow::refreshSelectionCount()

@@ -1,10 +1,12 @@
 #include "zrdrawingcontrol.h"
 
-#include "../src/hoststate.h"
-#include "../src/zrdbfile.h"
-#include "zrdbinternal.h"
+#include "zrdbfile.h"
+#include "zrdbpaint.h"
+#include "zrdbundo.h"
 #include "zrdocument.h"
+#include "zrhostdocuments.h"
 #include "zrsystem.h"
+#include "zruievents.h"
 
 #include <QFile>
 #include <QSaveFile>
@@ -98,21 +100,52 @@ void clearSelection() { setSelection({}); }
 
 void flushUiEvents() { zrHostFlushUiEvents(); }
 
-EntityImageRequest lastEntityImageRequest() { return ZrHostState::get().entityImageRequest; }
+std::vector<ZrDbObjectId> entitiesOfCurrentSpace() { return zrdbEntitiesOfCurrentSpace(); }
 
-void setDrawingSurfaceActive(bool active) { ZrHostState::get().drawingSurfaceActive = active; }
-void setRedrawListener(std::function<void()> listener) { ZrHostState::get().redrawListener = std::move(listener); }
-
-bool undo()
+bool entityExtents(const ZrDbEntity* entity, double& minX, double& minY, double& maxX, double& maxY)
 {
-    ZrDbDatabase* database = curDatabase();
-    return database && database->undo();
+    return zrdbEntityExtents(entity, minX, minY, maxX, maxY);
 }
 
-bool redo()
+void paintEntity(QPainter& painter, const ZrDbEntity* entity, const QTransform& toDevice, const QColor& foreground,
+                 bool highlighted)
 {
-    ZrDbDatabase* database = curDatabase();
-    return database && database->redo();
+    zrdbPaintEntity(painter, entity, toDevice, foreground, highlighted);
 }
+
+EntityImageRequest lastEntityImageRequest() { return zrHostLastEntityImageRequest(); }
+bool isLayerVisible(ZrDbObjectId layer) { return zrdbIsLayerVisible(layer); }
+
+void setDrawingSurfaceActive(bool active) { zrHostDocuments().drawingSurfaceActive = active; }
+void setRedrawListener(std::function<void()> listener) { zrHostDocuments().redrawListener = std::move(listener); }
+
+void beginUndoStep(const ZrString& name)
+{
+    if (ZrDbDatabase* database = curDatabase())
+        zrdbBeginUndoStep(database, name);
+}
+
+void endUndoStep()
+{
+    if (ZrDbDatabase* database = curDatabase())
+        zrdbEndUndoStep(database);
+}
+
+bool inUndoStep() { return curDatabase() && zrdbInUndoStep(curDatabase()); }
+bool canUndo() { return curDatabase() && zrdbCanUndo(curDatabase()); }
+bool canRedo() { return curDatabase() && zrdbCanRedo(curDatabase()); }
+ZrString undoStepName() { return curDatabase() ? zrdbUndoStepName(curDatabase()) : ZrString(); }
+ZrString redoStepName() { return curDatabase() ? zrdbRedoStepName(curDatabase()) : ZrString(); }
+bool undo() { return curDatabase() && zrdbUndo(curDatabase()); }
+bool redo() { return curDatabase() && zrdbRedo(curDatabase()); }
+
+void postUiEvent(const CZrGlobalUIReactorHelp& event) { zrHostPostUiEvent(event); }
+
+int addUiEventListener(std::function<void(const CZrGlobalUIReactorHelp&)> listener, std::function<void()> batchEnd)
+{
+    return zrHostAddUiEventListener(std::move(listener), std::move(batchEnd));
+}
+
+void removeUiEventListener(int key) { zrHostRemoveUiEventListener(key); }
 
 } // namespace ZrHostControl

@@ -2,15 +2,14 @@
 // The control API of the substitute host. Apps and tests set the host up through it;
 // the module never includes it.
 
-#include "zrhost_export.h"
+#include "zrhostcontrol_export.h"
+#include "zrhostui.h"
 
 #include <QHash>
 #include <QString>
 #include <QStringList>
 #include <QVector>
 #include <functional>
-
-class QWidget;
 
 namespace ZrHostControl {
 
@@ -29,54 +28,42 @@ struct Options
 
 // Builds the host: the command stack in the system registry, the language service,
 // one open document, the configuration stores read from their files.
-ZRHOST_EXPORT void initialize(const Options& options);
+ZRHOSTCONTROL_EXPORT void initialize(const Options& options);
 // Saves the user configuration and takes everything down again.
-ZRHOST_EXPORT void shutdown();
-ZRHOST_EXPORT bool isInitialized();
+ZRHOSTCONTROL_EXPORT void shutdown();
+ZRHOSTCONTROL_EXPORT bool isInitialized();
 
-ZRHOST_EXPORT void setTheme(int theme);
-ZRHOST_EXPORT void setResourceRoot(const QString& root);
-ZRHOST_EXPORT void setLanguageTexts(const QHash<QString, QString>& texts);
-ZRHOST_EXPORT void setLanguageServiceEnabled(bool enabled);
-ZRHOST_EXPORT QString userConfigFile();
+ZRHOSTCONTROL_EXPORT void setTheme(int theme);
+ZRHOSTCONTROL_EXPORT void setResourceRoot(const QString& root);
+ZRHOSTCONTROL_EXPORT void setLanguageTexts(const QHash<QString, QString>& texts);
+ZRHOSTCONTROL_EXPORT void setLanguageServiceEnabled(bool enabled);
+ZRHOSTCONTROL_EXPORT QString userConfigFile();
 
-ZRHOST_EXPORT void setMainWindow(QWidget* window);
-ZRHOST_EXPORT void setTargetWindow(QWidget* window);
-ZRHOST_EXPORT void setViewWindow(QWidget* window);
+ZRHOSTCONTROL_EXPORT void setMainWindow(QWidget* window);
+ZRHOSTCONTROL_EXPORT void setTargetWindow(QWidget* window);
+ZRHOSTCONTROL_EXPORT void setViewWindow(QWidget* window);
 
-struct MacroCall
-{
-    QString text;
-    bool echo = false;
-    bool asCommand = false;
-};
+using MacroCall = ZrHostMacroCall;
 // Called for every string that reaches the menu-macro queue, as it is queued.
-ZRHOST_EXPORT void setMacroListener(std::function<void(const MacroCall&)> listener);
+ZRHOSTCONTROL_EXPORT void setMacroListener(std::function<void(const MacroCall&)> listener);
 // Called after each queued string ran; `known` is false when no command had that name.
-ZRHOST_EXPORT void setCommandListener(std::function<void(const QString& command, bool known)> listener);
-ZRHOST_EXPORT QVector<MacroCall> queuedMacros();
+ZRHOSTCONTROL_EXPORT void setCommandListener(std::function<void(const QString& command, bool known)> listener);
+ZRHOSTCONTROL_EXPORT QVector<MacroCall> queuedMacros();
 // Runs what waits in the queue now, instead of from the event loop.
-ZRHOST_EXPORT void runQueuedMacros();
+ZRHOSTCONTROL_EXPORT void runQueuedMacros();
 
-struct WindowCall
-{
-    QWidget* window = nullptr;
-    int value = 0;
-};
-ZRHOST_EXPORT QVector<WindowCall> cursorCalls();
-ZRHOST_EXPORT QVector<WindowCall> focusCalls();
-ZRHOST_EXPORT QStringList helpTopics();
+using WindowCall = ZrHostWindowCall;
+ZRHOSTCONTROL_EXPORT QVector<WindowCall> cursorCalls();
+ZRHOSTCONTROL_EXPORT QVector<WindowCall> focusCalls();
+ZRHOSTCONTROL_EXPORT QStringList helpTopics();
+// How often the command objects were told their state.
+ZRHOSTCONTROL_EXPORT int commandStateCalls();
 
-struct MessageRecord
-{
-    QString caption;
-    QString text;
-    int flags = 0;
-};
+using MessageRecord = ZrHostMessageRecord;
 // ZrUiMessageBox answers from this queue without showing anything while it is not empty.
-ZRHOST_EXPORT void pushMessageBoxAnswer(int answer);
-ZRHOST_EXPORT QVector<MessageRecord> messageLog();
+ZRHOSTCONTROL_EXPORT void pushMessageBoxAnswer(int answer);
+ZRHOSTCONTROL_EXPORT QVector<MessageRecord> messageLog();
 
-ZRHOST_EXPORT void clearLogs();
+ZRHOSTCONTROL_EXPORT void clearLogs();
 
 } // namespace ZrHostControl

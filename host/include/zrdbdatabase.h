@@ -1,5 +1,5 @@
 #pragma once
-// A drawing: its tables, dictionaries, current values, undo history and system variables.
+// A drawing: its tables, dictionaries, current values and system variables.
 
 #include "zrcmcolor.h"
 #include "zrdbobject.h"
@@ -111,29 +111,6 @@ public:
     // System variables of the drawing, by name ignoring case; RTNORM on success.
     int getSysVar(const ZrString& name, ZrResBuf* value) const;
     int setSysVar(const ZrString& name, const ZrResBuf* value);
-
-    // Undo history: each step holds the state of every object and variable it changed.
-    void beginUndoStep(const ZrString& name);
-    void endUndoStep();
-    bool inUndoStep() const;
-    bool canUndo() const;
-    bool canRedo() const;
-    ZrString undoStepName() const;
-    ZrString redoStepName() const;
-    bool undo();
-    bool redo();
-    // Rolls back what changed since the last mark; marks nest.
-    void setUndoMark();
-    void rollBackToMark();
-    void dropMark();
-
-    // For objects: the state before the first write within the current step.
-    void recordBeforeWrite(ZrDbObject* object);
-    // For objects: the last close of a write.
-    void objectModified(ZrDbObject* object);
-    // For entities: the pool of plot style names.
-    uint32_t plotStyleIndex(const ZrString& name);
-    ZrString plotStyleNameAt(uint32_t index) const;
 
 private:
     friend struct ZrDbDatabaseInternal;

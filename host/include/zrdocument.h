@@ -23,7 +23,6 @@ public:
     // True while no view draws on this surface: a redraw would have nothing to do.
     bool isDefaultOperation() const;
     void redraw(int from, int full);
-    int redrawCount() const;
 
 private:
     friend class CXuGraphicsManager;
@@ -62,8 +61,6 @@ public:
     // Told false when the outermost dialog of a command ends without OK.
     void setCommandState(bool ok);
     bool commandState() const;
-    // How often setCommandState was called.
-    int commandStateCalls() const;
 
 private:
     struct Data;

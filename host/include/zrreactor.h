@@ -7,8 +7,6 @@
 #include "zrrxobject.h"
 #include "zrstring.h"
 
-#include <functional>
-
 class ZrDbObject;
 class ZrDbDatabase;
 class ZrDbTextStyleTableRecord;
@@ -36,15 +34,6 @@ struct CZrGlobalUIReactorHelp
     ZrDbDatabase* database = nullptr;
     bool selectionActive = false;
 };
-
-// Announces an event; the user interface's reactor takes it up from the event loop.
-ZRHOST_EXPORT void zrHostPostUiEvent(const CZrGlobalUIReactorHelp& event);
-// Whoever refreshes the user interface listens here: `listener` hears each event, and `batchEnd`,
-// when given, runs once all the waiting events have been heard, while the objects they name still
-// exist. Answers a key for removing the listener.
-ZRHOST_EXPORT int zrHostAddUiEventListener(std::function<void(const CZrGlobalUIReactorHelp&)> listener,
-                                           std::function<void()> batchEnd = {});
-ZRHOST_EXPORT void zrHostRemoveUiEventListener(int key);
 
 // Service 14: the controls bound to the drawing register here to be told of changes.
 class ZRHOST_EXPORT ZrUiReactorService : public ZrRxObject

@@ -303,7 +303,7 @@ private Q_SLOTS:
         QCOMPARE(zrqthelper::changeLayerStatus(zrqthelper::Layer_Lock, ZrString(L"Missing"), ZrCmColor()), 0);
         QVERIFY(ZrHostControl::messageLog().isEmpty());
         // The changes of one turn of the event loop stand as one step under the panel's word.
-        QTRY_COMPARE(db()->undoStepName().toQString(), QStringLiteral("图层控制"));
+        QTRY_COMPARE(ZrHostControl::undoStepName().toQString(), QStringLiteral("图层控制"));
         QVERIFY(ZrHostControl::undo());
         QVERIFY(!readRecord<ZrDbLayerTableRecord>(wall, [](auto* r) { return r->isLocked(); }));
         QVERIFY(readRecord<ZrDbLayerTableRecord>(wall, [](auto* r) { return r->color(); }) != aci(5));

@@ -45,7 +45,7 @@ void poke()
     CZrGlobalUIReactorHelp event;
     event.kind = kZrUiEventView;
     event.database = db();
-    zrHostPostUiEvent(event);
+    ZrHostControl::postUiEvent(event);
 }
 
 } // namespace
@@ -113,7 +113,7 @@ private Q_SLOTS:
         QVERIFY(ZrHostControl::undo());
         QCOMPARE(layerOf(first), m_beta);
         QCOMPARE(layerOf(second), db()->clayer());
-        QCOMPARE(db()->undoStepName().toQString(), QStringLiteral("mark"));
+        QCOMPARE(ZrHostControl::undoStepName().toQString(), QStringLiteral("mark"));
     }
 
     void frozenLayerIsRefusedAsCurrent()

@@ -211,13 +211,13 @@ private Q_SLOTS:
                 inner->onCancel();
             }, outerWidget);
             inner->doModal();
-            callsAfterInner = commandObject()->commandStateCalls();
+            callsAfterInner = ZrHostControl::commandStateCalls();
             outer->onCancel();
         });
         outer->doModal();
         QCOMPARE(countInInner, 2);
         QCOMPARE(callsAfterInner, 0);
-        QCOMPARE(commandObject()->commandStateCalls(), 1);
+        QCOMPARE(ZrHostControl::commandStateCalls(), 1);
         QCOMPARE(commandObject()->commandState(), false);
     }
 
@@ -226,7 +226,7 @@ private Q_SLOTS:
         ZrSmartPtr<ProbeFrame> frame = makeFrame();
         ZrTest::whenModalShown([&](QWidget*) { frame->onOk(); });
         frame->doModal();
-        QCOMPARE(commandObject()->commandStateCalls(), 0);
+        QCOMPARE(ZrHostControl::commandStateCalls(), 0);
     }
 
     void noDocumentSkipsCommandState()

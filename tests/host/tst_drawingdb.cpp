@@ -101,9 +101,9 @@ public:
     EventLog()
     {
         ZrHostControl::flushUiEvents();
-        m_key = zrHostAddUiEventListener([this](const CZrGlobalUIReactorHelp& e) { m_events.push_back(e); });
+        m_key = ZrHostControl::addUiEventListener([this](const CZrGlobalUIReactorHelp& e) { m_events.push_back(e); });
     }
-    ~EventLog() { zrHostRemoveUiEventListener(m_key); }
+    ~EventLog() { ZrHostControl::removeUiEventListener(m_key); }
     const std::vector<CZrGlobalUIReactorHelp>& flushed()
     {
         ZrHostControl::flushUiEvents();
@@ -256,26 +256,26 @@ private Q_SLOTS:
         s_second = addLine(db, 20, 30);
         s_layer = addLayer(db, L"墙体");
         const ZrDbObjectId layer0 = db->clayer();
-        const bool couldUndo = db->canUndo();
+        const bool couldUndo = ZrHostControl::canUndo();
 
         zredMenuMacro(L"MOVETOLAYER", false, true);
         ZrHostControl::runQueuedMacros();
         QCOMPARE(layerNameOf(s_first), ZrString(L"墙体"));
         QCOMPARE(variableText(L"CLAYER"), QStringLiteral("墙体"));
-        QCOMPARE(db->undoStepName(), ZrString(L"MOVETOLAYER"));
+        QCOMPARE(ZrHostControl::undoStepName(), ZrString(L"MOVETOLAYER"));
 
         QVERIFY(ZrHostControl::undo());
         QCOMPARE(layerNameOf(s_first), ZrString(L"0"));
         QCOMPARE(layerNameOf(s_second), ZrString(L"0"));
         QCOMPARE(db->clayer(), layer0);
         // The layer and the lines were made before the command: one undo took only the command.
-        QCOMPARE(db->canUndo(), couldUndo);
+        QCOMPARE(ZrHostControl::canUndo(), couldUndo);
         QVERIFY(!s_layer.isErased());
 
         QVERIFY(ZrHostControl::redo());
         QCOMPARE(layerNameOf(s_second), ZrString(L"墙体"));
         QCOMPARE(db->clayer(), s_layer);
-        QVERIFY(!db->canRedo());
+        QVERIFY(!ZrHostControl::canRedo());
     }
 
     void undoRecordGroupsWritesUntilTheEventLoopTurns()
@@ -292,9 +292,9 @@ private Q_SLOTS:
             ZrDbObjectPointer<ZrDbLayerTableRecord> layer(walls, ZrDb::kForWrite);
             layer->setIsOff(true);
         }
-        QTRY_VERIFY(!db->inUndoStep());
-        QCOMPARE(db->undoStepName(), ZrString(L"图层控制"));
-        QVERIFY(db->undo());
+        QTRY_VERIFY(!ZrHostControl::inUndoStep());
+        QCOMPARE(ZrHostControl::undoStepName(), ZrString(L"图层控制"));
+        QVERIFY(ZrHostControl::undo());
         QCOMPARE(layerNameOf(line), ZrString(L"0"));
         ZrDbObjectPointer<ZrDbLayerTableRecord> layer(walls, ZrDb::kForRead);
         QVERIFY(!layer->isOff());
@@ -314,7 +314,7 @@ private Q_SLOTS:
         }
         service->cancelEdits(db);
         QCOMPARE(layerNameOf(line), ZrString(L"0"));
-        QVERIFY(!db->inUndoStep());
+        QVERIFY(!ZrHostControl::inUndoStep());
     }
 };
 
@@ -417,7 +417,7 @@ private Q_SLOTS:
         ZrResBuf value;
         QCOMPARE(zredGetVar(L"CVPORT", &value), RTNORM);
         QCOMPARE(int(value.resval.rint), 1);
-        QVERIFY(db->undo());
+        QVERIFY(ZrHostControl::undo());
         QVERIFY(db->tilemode());
         QCOMPARE(db->currentLayoutId(), model);
     }

@@ -3,7 +3,7 @@
 #include "zrglobaluireactor.h"
 
 #include "zrarbitdict.h"
-#include "zrreactor.h"
+#include "zruievents.h"
 
 #include <algorithm>
 #include <functional>

@@ -1,13 +1,12 @@
 // Painting entities for the views of the apps and for entity images: colour through the layer, line
 // type dashes, lineweight.
 
-#include "zrdrawingcontrol.h"
+#include "zrdbpaint.h"
 
 #include "zrdbdatabasedata.h"
 #include "zrdbdict.h"
 #include "zrdbentity.h"
 #include "zrdbinternal.h"
-#include "zrdbpaint.h"
 #include "zrdbsymtb.h"
 
 #include <QGuiApplication>
@@ -487,9 +486,7 @@ QColor zrdbDisplayColor(const ZrCmColor& color, const QColor& foreground)
     return indexColor(index);
 }
 
-namespace ZrHostControl {
-
-bool entityExtents(const ZrDbEntity* entity, double& minX, double& minY, double& maxX, double& maxY)
+bool zrdbEntityExtents(const ZrDbEntity* entity, double& minX, double& minY, double& maxX, double& maxY)
 {
     QRectF box;
     if (!entity || !extentsOf(entity, box, 0))
@@ -501,7 +498,7 @@ bool entityExtents(const ZrDbEntity* entity, double& minX, double& minY, double&
     return true;
 }
 
-void paintEntity(QPainter& painter, const ZrDbEntity* entity, const QTransform& toDevice, const QColor& foreground,
+void zrdbPaintEntity(QPainter& painter, const ZrDbEntity* entity, const QTransform& toDevice, const QColor& foreground,
                  bool highlighted)
 {
     if (!entity)
@@ -516,13 +513,13 @@ void paintEntity(QPainter& painter, const ZrDbEntity* entity, const QTransform& 
     painter.restore();
 }
 
-bool isLayerVisible(ZrDbObjectId layer)
+bool zrdbIsLayerVisible(ZrDbObjectId layer)
 {
     const ZrDbLayerTableRecord* record = zrdbPeek<ZrDbLayerTableRecord>(layer);
     return record && !record->isOff() && !record->isFrozen();
 }
 
-std::vector<ZrDbObjectId> entitiesOfCurrentSpace()
+std::vector<ZrDbObjectId> zrdbEntitiesOfCurrentSpace()
 {
     std::vector<ZrDbObjectId> ids;
     const ZrDbDatabase* database = curDatabase();
@@ -538,5 +535,3 @@ std::vector<ZrDbObjectId> entitiesOfCurrentSpace()
     }
     return ids;
 }
-
-} // namespace ZrHostControl

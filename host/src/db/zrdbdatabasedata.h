@@ -3,6 +3,7 @@
 // the host library.
 
 #include "zrdbdatabase.h"
+#include "zrdbundo.h"
 #include "zrdbvariables.h"
 
 #include <QTimer>
@@ -166,15 +167,15 @@ inline ZrDbData& zrdbData(const ZrDbDatabase* database) { return ZrDbDatabaseInt
 class ZrDbVariableStep
 {
 public:
-    ZrDbVariableStep(ZrDbDatabase* database, int variable) : m_database(database), m_own(!database->inUndoStep())
+    ZrDbVariableStep(ZrDbDatabase* database, int variable) : m_database(database), m_own(!zrdbInUndoStep(database))
     {
         if (m_own)
-            m_database->beginUndoStep(ZrString(zrdbVariableDefinition(variable).name));
+            zrdbBeginUndoStep(m_database, ZrString(zrdbVariableDefinition(variable).name));
     }
     ~ZrDbVariableStep()
     {
         if (m_own)
-            m_database->endUndoStep();
+            zrdbEndUndoStep(m_database);
     }
     ZrDbVariableStep(const ZrDbVariableStep&) = delete;
     ZrDbVariableStep& operator=(const ZrDbVariableStep&) = delete;

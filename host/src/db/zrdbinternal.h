@@ -1,7 +1,9 @@
 #pragma once
-// Internals of the drawing database shared by its source files. Private to the host library.
+// Internals of the drawing database shared by its source files. Private to the host library; what
+// the control library needs is exported.
 
 #include "zrdbobject.h"
+#include "zrhost_export.h"
 #include "zrresbuf.h"
 #include "zrstring.h"
 
@@ -15,10 +17,10 @@ class ZrDbDatabase;
 // The process-wide table of objects by handle: handles grow and are never used twice, so a handle
 // of a database that is gone finds nothing rather than another object.
 namespace ZrDbObjects {
-int64_t add(ZrDbObject* object);
-ZrDbObject* at(int64_t handle);
+ZRHOST_EXPORT int64_t add(ZrDbObject* object);
+ZRHOST_EXPORT ZrDbObject* at(int64_t handle);
 void forget(int64_t handle);
-void reserve(size_t more);
+ZRHOST_EXPORT void reserve(size_t more);
 } // namespace ZrDbObjects
 
 // An object of class T by handle, for reading inside the host without opening it; null when there
@@ -44,19 +46,11 @@ std::wstring zrdbFoldCase(const ZrString& name);
 
 // What a result buffer's value is, by its type code (RT* codes and group codes alike).
 enum class ZrRbValue { kNone, kString, kReal, kPoint, kShort, kLong };
-ZrRbValue zrrbValueOf(int type);
+ZRHOST_EXPORT ZrRbValue zrrbValueOf(int type);
 // A deep copy of a chain.
 ZrResBuf* zrrbCopyChain(const ZrResBuf* chain);
 // Gives the buffer a string value of its own.
-void zrrbSetString(ZrResBuf* rb, const ZrString& text);
-
-// The events of the user interface that wait for delivery; those about a database that goes away
-// are dropped with it, since they point into it.
-void zrHostDropUiEventsOf(const ZrDbDatabase* database);
-// Delivers the waiting events now.
-void zrHostFlushUiEvents();
-// Whether the current document has a pick-first selection, as events tell the controls.
-bool zrHostSelectionActive();
+ZRHOST_EXPORT void zrrbSetString(ZrResBuf* rb, const ZrString& text);
 
 // The viewport a drawing's view works in now, answering ZrDbAbstractViewportData; null without a drawing.
 ZrRxObjectPtr zrdbActiveViewport(ZrDbDatabase* database);

@@ -1,7 +1,7 @@
 #include "zrui.h"
 
-#include "hoststate.h"
 #include "zrarbitdict.h"
+#include "zrhostui.h"
 #include "zruidialog.h"
 
 #include <QCoreApplication>
@@ -40,6 +40,12 @@ ZrJsonPtr zruiMessageBoxEx(const ZrString& caption, const ZrString& text, ZrJson
     return param;
 }
 
+ZrHostUi& zrHostUi()
+{
+    static ZrHostUi ui;
+    return ui;
+}
+
 namespace {
 
 // The module's icon codes by the classic style's icon bits.
@@ -58,7 +64,7 @@ int iconCodeOfStyle(int flags)
 
 int ZrUiMessageBox(const ZrString& caption, const ZrString& text, int flags, void* parent)
 {
-    ZrHostState& host = ZrHostState::get();
+    ZrHostUi& host = zrHostUi();
     host.messageLog.push_back({caption.toQString(), text.toQString(), flags});
     if (!host.messageAnswers.isEmpty())
         return host.messageAnswers.dequeue();
@@ -76,17 +82,17 @@ int ZrUiMessageBox(const ZrString& caption, const ZrString& text, int flags, voi
 
 void* zruiCurTargetWindow()
 {
-    ZrHostState& host = ZrHostState::get();
+    ZrHostUi& host = zrHostUi();
     return host.targetWindow ? host.targetWindow.data() : host.mainWindow.data();
 }
 
-void* zruiMainWindow() { return ZrHostState::get().mainWindow.data(); }
-void* zruiViewWindow() { return ZrHostState::get().viewWindow.data(); }
+void* zruiMainWindow() { return zrHostUi().mainWindow.data(); }
+void* zruiViewWindow() { return zrHostUi().viewWindow.data(); }
 
 void zruiSetCursor(void* window, int cursor)
 {
     auto* widget = static_cast<QWidget*>(window);
-    ZrHostState::get().cursorCalls.push_back({widget, cursor});
+    zrHostUi().cursorCalls.push_back({widget, cursor});
     if (widget && cursor == 0)
         widget->unsetCursor();
 }
@@ -94,28 +100,56 @@ void zruiSetCursor(void* window, int cursor)
 void zruiSetFocus(void* window)
 {
     auto* widget = static_cast<QWidget*>(window);
-    ZrHostState::get().focusCalls.push_back({widget, 0});
+    zrHostUi().focusCalls.push_back({widget, 0});
     if (widget)
         widget->setFocus(Qt::OtherFocusReason);
 }
 
-int zredGetCurrentTheme() { return ZrHostState::get().theme; }
+int zredGetCurrentTheme() { return zrHostUi().theme; }
 
 int zredMenuMacro(const wchar_t* macro, bool echo, bool asCommand)
 {
     if (!macro)
         return 1;
-    ZrHostState& host = ZrHostState::get();
-    const ZrHostControl::MacroCall call{QString::fromWCharArray(macro), echo, asCommand};
+    ZrHostUi& host = zrHostUi();
+    const ZrHostMacroCall call{QString::fromWCharArray(macro), echo, asCommand};
     host.macroQueue.enqueue(call);
     if (host.macroListener)
         host.macroListener(call);
     // Queued strings run from the event loop, after the caller has returned, as typed input would.
     if (!host.macroRunScheduled && QCoreApplication::instance()) {
         host.macroRunScheduled = true;
-        QTimer::singleShot(0, QCoreApplication::instance(), [] { ZrHostControl::runQueuedMacros(); });
+        QTimer::singleShot(0, QCoreApplication::instance(), zrHostRunQueuedMacros);
     }
     return 0;
 }
 
-void zredFunHelp(const ZrString& topic) { ZrHostState::get().helpTopics << topic.toQString(); }
+void zredFunHelp(const ZrString& topic) { zrHostUi().helpTopics << topic.toQString(); }
+
+namespace {
+
+// The leading word of a command string, without the prefixes of the command line.
+QString commandWord(QString text)
+{
+    while (text.startsWith(QLatin1String("^C")))
+        text.remove(0, 2);
+    text = text.trimmed();
+    while (!text.isEmpty() && QStringLiteral("_.-'").contains(text.front()))
+        text.remove(0, 1);
+    return text.section(QLatin1Char(' '), 0, 0, QString::SectionSkipEmpty);
+}
+
+} // namespace
+
+void zrHostRunQueuedMacros()
+{
+    ZrHostUi& host = zrHostUi();
+    host.macroRunScheduled = false;
+    while (!host.macroQueue.isEmpty()) {
+        const QString word = commandWord(host.macroQueue.dequeue().text);
+        auto* commands = ZrEdCommandStack::cast(zrrxSysRegistry() ? zrrxSysRegistry()->at(ACRX_COMMAND_DOCK) : nullptr);
+        const bool known = commands && !word.isEmpty() && commands->runCommand(ZrString(word));
+        if (host.commandListener)
+            host.commandListener(word, known);
+    }
+}

@@ -1,7 +1,7 @@
 #include "zrsystem.h"
 
-#include "hoststate.h"
 #include "zrdocument.h"
+#include "zrhostui.h"
 
 #include <map>
 
@@ -60,5 +60,5 @@ CXuDocContext* CXuSystem::docContext()
     return doc ? doc->context() : nullptr;
 }
 
-QWidget* CXuSystem::mainWindow() const { return ZrHostState::get().mainWindow; }
-QWidget* CXuSystem::mainFrame() const { return ZrHostState::get().mainWindow; }
+QWidget* CXuSystem::mainWindow() const { return zrHostUi().mainWindow; }
+QWidget* CXuSystem::mainFrame() const { return zrHostUi().mainWindow; }

@@ -6,8 +6,8 @@
 #include "zrdbinternal.h"
 #include "zrdbsymtb.h"
 #include "zrdocument.h"
-#include "zrreactor.h"
 #include "zrsystem.h"
+#include "zruievents.h"
 
 #include <QCoreApplication>
 #include <unordered_map>
@@ -404,17 +404,6 @@ int ZrDbDatabase::setCurrentViewportId(ZrDbObjectId viewport)
 int ZrDbDatabase::getSysVar(const ZrString& name, ZrResBuf* value) const { return zrdbGetVariable(this, name, value); }
 int ZrDbDatabase::setSysVar(const ZrString& name, const ZrResBuf* value) { return zrdbSetVariable(this, name, value); }
 
-void ZrDbDatabase::recordBeforeWrite(ZrDbObject* object) { d->recordBeforeWrite(object); }
-
-void ZrDbDatabase::objectModified(ZrDbObject* object)
-{
-    if (object && object->database() == this)
-        d->postObject(object);
-}
-
-uint32_t ZrDbDatabase::plotStyleIndex(const ZrString& name) { return zrdbPlotStyleIndex(name); }
-ZrString ZrDbDatabase::plotStyleNameAt(uint32_t index) const { return zrdbPlotStyleName(index); }
-
 uint32_t zrdbPlotStyleIndex(const ZrString& name)
 {
     PlotStyleNames& pool = plotStyleNames();
@@ -724,14 +713,14 @@ int xudbSetUndoRecord(ZrDbDatabase* database, const wchar_t* name)
     // Without an event loop nothing would end the step: the writes then make steps of their own.
     if (!QCoreApplication::instance())
         return Zr::eOk;
-    database->beginUndoStep(ZrString(name));
+    zrdbBeginUndoStep(database, ZrString(name));
     data.autoStep = true;
     if (!data.autoStepEnd) {
         data.autoStepEnd = std::make_unique<QTimer>();
         data.autoStepEnd->setSingleShot(true);
         QObject::connect(data.autoStepEnd.get(), &QTimer::timeout, [database] {
             if (zrdbData(database).autoStep)
-                database->endUndoStep();
+                zrdbEndUndoStep(database);
         });
     }
     data.autoStepEnd->start(0);

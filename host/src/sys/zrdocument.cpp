@@ -1,37 +1,39 @@
 #include "zrdocument.h"
 
-#include "hoststate.h"
 #include "zrdbdatabase.h"
 #include "zrdbinternal.h"
-#include "zrreactor.h"
+#include "zrhostdocuments.h"
 #include "zrsystem.h"
+#include "zruievents.h"
 
 #include <algorithm>
 #include <memory>
 #include <vector>
 
+ZrHostDocuments& zrHostDocuments()
+{
+    static ZrHostDocuments state;
+    return state;
+}
+
 struct CXuDrawingSurface::Data
 {
-    int redraws = 0;
 };
 
 CXuDrawingSurface::CXuDrawingSurface() : d(new Data) {}
 CXuDrawingSurface::~CXuDrawingSurface() { delete d; }
-bool CXuDrawingSurface::isDefaultOperation() const { return !ZrHostState::get().drawingSurfaceActive; }
-int CXuDrawingSurface::redrawCount() const { return d->redraws; }
+bool CXuDrawingSurface::isDefaultOperation() const { return !zrHostDocuments().drawingSurfaceActive; }
 
 void CXuDrawingSurface::redraw(int, int)
 {
-    ++d->redraws;
-    if (ZrHostState::get().redrawListener)
-        ZrHostState::get().redrawListener();
+    if (zrHostDocuments().redrawListener)
+        zrHostDocuments().redrawListener();
 }
 
 struct CXuCommandObject::Data
 {
     ZrString name;
     bool state = true;
-    int stateCalls = 0;
 };
 
 CXuCommandObject::CXuCommandObject() : d(new Data) {}
@@ -39,12 +41,11 @@ CXuCommandObject::~CXuCommandObject() { delete d; }
 ZrString CXuCommandObject::commandName() const { return d->name; }
 void CXuCommandObject::setCommandName(const ZrString& name) { d->name = name; }
 bool CXuCommandObject::commandState() const { return d->state; }
-int CXuCommandObject::commandStateCalls() const { return d->stateCalls; }
 
 void CXuCommandObject::setCommandState(bool ok)
 {
     d->state = ok;
-    ++d->stateCalls;
+    ++zrHostDocuments().commandStateCalls;
 }
 
 struct CXuDocContext::Data

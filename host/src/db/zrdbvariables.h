@@ -4,6 +4,7 @@
 
 #include "zrcmcolor.h"
 #include "zrgeometry.h"
+#include "zrhost_export.h"
 #include "zrresbuf.h"
 #include "zrstring.h"
 
@@ -108,7 +109,7 @@ struct ZrDbVariableValue
     bool operator!=(const ZrDbVariableValue& other) const { return !(*this == other); }
 };
 
-const ZrDbVariableDefinition& zrdbVariableDefinition(int variable);
+ZRHOST_EXPORT const ZrDbVariableDefinition& zrdbVariableDefinition(int variable);
 inline bool zrdbIsApplicationVariable(int variable) { return variable >= kVarCmdactive; }
 // The variable of a name, ignoring case; -1 for none.
 int zrdbFindVariable(const ZrString& name);
@@ -117,15 +118,15 @@ ZrDbVariableValue zrdbInitialValue(int variable);
 
 // The routes of zredGetVar and the database: the variables of `database` (may be null), then those
 // of the application. RTNORM or RTERROR.
-int zrdbGetVariable(const ZrDbDatabase* database, const ZrString& name, ZrResBuf* result);
-int zrdbSetVariable(ZrDbDatabase* database, const ZrString& name, const ZrResBuf* value);
+ZRHOST_EXPORT int zrdbGetVariable(const ZrDbDatabase* database, const ZrString& name, ZrResBuf* result);
+ZRHOST_EXPORT int zrdbSetVariable(ZrDbDatabase* database, const ZrString& name, const ZrResBuf* value);
 
 // The application's store, back to its first values (a new host starts from them).
-void zrdbResetApplicationVariables();
+ZRHOST_EXPORT void zrdbResetApplicationVariables();
 int zrdbApplicationInteger(int variable);
 
 // The texts of a colour as CECOLOR has it: "BYLAYER", "BYBLOCK", an index, "RGB:r,g,b".
-ZrString zrdbColorText(const ZrCmColor& color);
-bool zrdbParseColorText(const ZrString& text, ZrCmColor& color);
+ZRHOST_EXPORT ZrString zrdbColorText(const ZrCmColor& color);
+ZRHOST_EXPORT bool zrdbParseColorText(const ZrString& text, ZrCmColor& color);
 // Whether a lineweight is one of the standard weights, or one of the by-rule weights when allowed.
 bool zrdbIsLineWeight(int weight, bool byRules);

@@ -1,23 +1,40 @@
 #include "zrarbitdict.h"
 
-#include "hoststate.h"
 #include "zrdbdatabase.h"
+#include "zrdbundo.h"
 #include "zrdocument.h"
+#include "zrhostservices.h"
+#include "zrreactor.h"
 #include "zrsystem.h"
 
 #include <QString>
 #include <map>
 #include <string>
+#include <utility>
 
-void zr_arbitDict_regservice(int slot, ZrRxObjectPtr service)
+namespace {
+
+struct Services
 {
-    ZrHostState::get().arbitSlots[slot] = std::move(service);
+    std::map<int, ZrRxObjectPtr> slots;
+    std::map<int, ZrRxObjectPtr> numbered;
+    ZrRxDictionary* registry = nullptr;
+};
+
+Services& services()
+{
+    static Services state;
+    return state;
 }
+
+} // namespace
+
+void zr_arbitDict_regservice(int slot, ZrRxObjectPtr service) { services().slots[slot] = std::move(service); }
 
 void zr_arbitDict_clearservice(int slot)
 {
     // Take the reference out before dropping it: a destructor may look at the slots.
-    auto& slots = ZrHostState::get().arbitSlots;
+    auto& slots = services().slots;
     auto it = slots.find(slot);
     if (it == slots.end())
         return;
@@ -27,7 +44,7 @@ void zr_arbitDict_clearservice(int slot)
 
 ZrRxObjectPtr zr_arbitDict_getservice(int slot)
 {
-    const auto& slots = ZrHostState::get().arbitSlots;
+    const auto& slots = services().slots;
     auto it = slots.find(slot);
     return it == slots.end() ? ZrRxObjectPtr() : it->second;
 }
@@ -36,9 +53,9 @@ ZrRxObjectPtr zrUISvr(int slot) { return zr_arbitDict_getservice(slot); }
 
 ZrRxObjectPtr zrrxGetService(int number)
 {
-    const auto& services = ZrHostState::get().numberedServices;
-    auto it = services.find(number);
-    return it == services.end() ? ZrRxObjectPtr() : it->second;
+    const auto& numbered = services().numbered;
+    auto it = numbered.find(number);
+    return it == numbered.end() ? ZrRxObjectPtr() : it->second;
 }
 
 ZR_RX_DEFINE_MEMBERS(ZrRxDictionary, ZrRxObject)
@@ -64,7 +81,27 @@ void ZrRxDictionary::atPut(const char* name, ZrRxObject* object)
 
 bool ZrRxDictionary::remove(const char* name) { return d->entries.erase(name ? name : "") > 0; }
 
-ZrRxDictionary* zrrxSysRegistry() { return ZrHostState::get().sysRegistry; }
+ZrRxDictionary* zrrxSysRegistry() { return services().registry; }
+
+void zrHostStartServices()
+{
+    zrHostStopServices();
+    Services& state = services();
+    state.registry = new ZrRxObjectImpl<ZrRxDictionary>();
+    auto* commands = new ZrRxObjectImpl<ZrEdCommandStack>();
+    state.registry->atPut(ACRX_COMMAND_DOCK, commands);
+    zrrxRelease(commands);
+    state.numbered[3] = ZrRxObjectPtr(new ZrRxObjectImpl<ZrDbDatabaseService>(), kZrAttach);
+}
+
+void zrHostStopServices()
+{
+    Services& state = services();
+    while (!state.slots.empty())
+        zr_arbitDict_clearservice(state.slots.rbegin()->first);
+    state.numbered.clear();
+    zrrxRelease(std::exchange(state.registry, nullptr));
+}
 
 ZR_RX_DEFINE_MEMBERS(ZrEdCommandStack, ZrRxObject)
 
@@ -143,7 +180,7 @@ bool ZrEdCommandStack::runCommand(const ZrString& name)
     // alive should the command open another.
     const ZrDbDatabasePtr database(curDatabase());
     if (database)
-        database->beginUndoStep(globalName);
+        zrdbBeginUndoStep(database.get(), globalName);
     CXuCommandObject* command = context->commandObject();
     const ZrString outerName = command->commandName();
     context->setActiveCommandCount(context->activeCommandCount() + 1);
@@ -152,6 +189,6 @@ bool ZrEdCommandStack::runCommand(const ZrString& name)
     command->setCommandName(outerName);
     context->setActiveCommandCount(context->activeCommandCount() - 1);
     if (database)
-        database->endUndoStep();
+        zrdbEndUndoStep(database.get());
     return true;
 }

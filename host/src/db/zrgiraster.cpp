@@ -1,8 +1,8 @@
 #include "zrgiraster.h"
 
-#include "hoststate.h"
 #include "zrdbentity.h"
-#include "zrdrawingcontrol.h"
+#include "zrdbpaint.h"
+#include "zrhostentityimages.h"
 
 #include <QGuiApplication>
 #include <QImage>
@@ -19,6 +19,12 @@ ZrGiRasterImage::ZrGiRasterImage(int width, int height)
 {
 }
 
+ZrHostEntityImageRequest& zrHostLastEntityImageRequest()
+{
+    static ZrHostEntityImageRequest request;
+    return request;
+}
+
 namespace {
 
 QColor backgroundOf(const ZrJsonPtr& options)
@@ -32,13 +38,13 @@ QColor backgroundOf(const ZrJsonPtr& options)
 // Kept for tests, which cannot see the entities a caller made for the picture.
 void recordRequest(const ZrArray<ZrDbEntity*>& entities, const ZrJsonPtr& options)
 {
-    ZrHostControl::EntityImageRequest request;
+    ZrHostEntityImageRequest request;
     for (const ZrDbEntity* entity : entities) {
         if (entity)
             request.entities.push_back({entity->linetypeId(), entity->linetypeScale()});
     }
     request.options = options ? options->clone() : ZrJsonPtr();
-    ZrHostState::get().entityImageRequest = std::move(request);
+    zrHostLastEntityImageRequest() = std::move(request);
 }
 
 } // namespace
@@ -65,7 +71,7 @@ ZrSmartPtr<ZrGiRasterImage> zrsiutCreateEntityImage(ZrDbDatabasePtr, const ZrArr
     double minX = 0, minY = 0, maxX = 0, maxY = 0;
     for (const ZrDbEntity* entity : entities) {
         double x0, y0, x1, y1;
-        if (!ZrHostControl::entityExtents(entity, x0, y0, x1, y1))
+        if (!zrdbEntityExtents(entity, x0, y0, x1, y1))
             continue;
         minX = any ? std::min(minX, x0) : x0;
         minY = any ? std::min(minY, y0) : y0;
@@ -85,7 +91,7 @@ ZrSmartPtr<ZrGiRasterImage> zrsiutCreateEntityImage(ZrDbDatabasePtr, const ZrArr
         toDevice.translate(-(minX + maxX) / 2, -(minY + maxY) / 2);
         QPainter painter(&image);
         for (const ZrDbEntity* entity : entities)
-            ZrHostControl::paintEntity(painter, entity, toDevice, foreground);
+            zrdbPaintEntity(painter, entity, toDevice, foreground);
     }
 
     ZrSmartPtr<ZrGiRasterImage> raster(new ZrRxObjectImpl<ZrGiRasterImage>(width, height), kZrAttach);

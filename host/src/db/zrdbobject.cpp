@@ -132,7 +132,7 @@ int ZrDbObject::close()
         return Zr::eOk;
     zrdbData(m_database).endOfWrite(m_handle);
     if (modified)
-        m_database->objectModified(this);
+        zrdbData(m_database).postObject(this);
     return Zr::eOk;
 }
 

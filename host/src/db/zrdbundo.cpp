@@ -4,6 +4,7 @@
 
 #include "zrdbdatabasedata.h"
 #include "zrdbinternal.h"
+#include "zrdbundo.h"
 
 #include <unordered_set>
 
@@ -142,8 +143,9 @@ std::unique_ptr<ZrDbUndoStep> ZrDbData::apply(ZrDbUndoStep& step, size_t objects
     return inverse;
 }
 
-void ZrDbDatabase::beginUndoStep(const ZrString& name)
+void zrdbBeginUndoStep(ZrDbDatabase* database, const ZrString& name)
 {
+    ZrDbData* const d = &zrdbData(database);
     if (d->stepDepth++ > 0)
         return;
     d->openStep = std::make_unique<ZrDbUndoStep>();
@@ -152,19 +154,29 @@ void ZrDbDatabase::beginUndoStep(const ZrString& name)
     d->recording = ++d->serials;
 }
 
-void ZrDbDatabase::endUndoStep()
+void zrdbEndUndoStep(ZrDbDatabase* database)
 {
+    ZrDbData* const d = &zrdbData(database);
     if (d->stepDepth == 0 || --d->stepDepth > 0)
         return;
     d->autoStep = false;
     d->commit(std::move(d->openStep));
 }
 
-bool ZrDbDatabase::inUndoStep() const { return d->stepDepth > 0; }
-bool ZrDbDatabase::canUndo() const { return !d->undoSteps.empty(); }
-bool ZrDbDatabase::canRedo() const { return !d->redoSteps.empty(); }
-ZrString ZrDbDatabase::undoStepName() const { return d->undoSteps.empty() ? ZrString() : d->undoSteps.back()->name; }
-ZrString ZrDbDatabase::redoStepName() const { return d->redoSteps.empty() ? ZrString() : d->redoSteps.back()->name; }
+bool zrdbInUndoStep(const ZrDbDatabase* database) { return zrdbData(database).stepDepth > 0; }
+bool zrdbCanUndo(const ZrDbDatabase* database) { return !zrdbData(database).undoSteps.empty(); }
+bool zrdbCanRedo(const ZrDbDatabase* database) { return !zrdbData(database).redoSteps.empty(); }
+ZrString zrdbUndoStepName(const ZrDbDatabase* database)
+{
+    const ZrDbData& d = zrdbData(database);
+    return d.undoSteps.empty() ? ZrString() : d.undoSteps.back()->name;
+}
+
+ZrString zrdbRedoStepName(const ZrDbDatabase* database)
+{
+    const ZrDbData& d = zrdbData(database);
+    return d.redoSteps.empty() ? ZrString() : d.redoSteps.back()->name;
+}
 
 namespace {
 
@@ -175,15 +187,16 @@ bool closeWaitingStep(ZrDbDatabase* database, const ZrDbData& d)
         return true;
     if (!d.autoStep || d.stepDepth > 1)
         return false;
-    database->endUndoStep();
+    zrdbEndUndoStep(database);
     return true;
 }
 
 } // namespace
 
-bool ZrDbDatabase::undo()
+bool zrdbUndo(ZrDbDatabase* database)
 {
-    if (!closeWaitingStep(this, *d) || d->undoSteps.empty())
+    ZrDbData* const d = &zrdbData(database);
+    if (!closeWaitingStep(database, *d) || d->undoSteps.empty())
         return false;
     std::unique_ptr<ZrDbUndoStep> step = std::move(d->undoSteps.back());
     d->undoSteps.pop_back();
@@ -191,9 +204,10 @@ bool ZrDbDatabase::undo()
     return true;
 }
 
-bool ZrDbDatabase::redo()
+bool zrdbRedo(ZrDbDatabase* database)
 {
-    if (!closeWaitingStep(this, *d) || d->redoSteps.empty())
+    ZrDbData* const d = &zrdbData(database);
+    if (!closeWaitingStep(database, *d) || d->redoSteps.empty())
         return false;
     std::unique_ptr<ZrDbUndoStep> step = std::move(d->redoSteps.back());
     d->redoSteps.pop_back();
@@ -201,8 +215,9 @@ bool ZrDbDatabase::redo()
     return true;
 }
 
-void ZrDbDatabase::setUndoMark()
+void zrdbSetUndoMark(ZrDbDatabase* database)
 {
+    ZrDbData* const d = &zrdbData(database);
     ZrDbUndoMark mark;
     mark.undoDepth = d->undoSteps.size();
     if (d->openStep) {
@@ -215,8 +230,9 @@ void ZrDbDatabase::setUndoMark()
     d->recording = ++d->serials;
 }
 
-void ZrDbDatabase::rollBackToMark()
+void zrdbRollBackToMark(ZrDbDatabase* database)
 {
+    ZrDbData* const d = &zrdbData(database);
     if (d->marks.empty())
         return;
     const ZrDbUndoMark mark = d->marks.back();
@@ -234,8 +250,9 @@ void ZrDbDatabase::rollBackToMark()
     }
 }
 
-void ZrDbDatabase::dropMark()
+void zrdbDropMark(ZrDbDatabase* database)
 {
+    ZrDbData* const d = &zrdbData(database);
     if (!d->marks.empty())
         d->marks.pop_back();
 }

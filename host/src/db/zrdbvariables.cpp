@@ -6,8 +6,8 @@
 #include "zrdbinternal.h"
 #include "zrdbsymtb.h"
 #include "zrdocument.h"
-#include "zrreactor.h"
 #include "zrsystem.h"
+#include "zruievents.h"
 
 #include <QRegularExpression>
 #include <QString>

@@ -1,0 +1,23 @@
+#pragma once
+// The undo history of a drawing. Private to the host library; exported for its control library.
+
+#include "zrhost_export.h"
+#include "zrstring.h"
+
+class ZrDbDatabase;
+
+// Each step holds the state of every object and variable it changed; steps nest, the outermost
+// one counts.
+ZRHOST_EXPORT void zrdbBeginUndoStep(ZrDbDatabase* database, const ZrString& name);
+ZRHOST_EXPORT void zrdbEndUndoStep(ZrDbDatabase* database);
+ZRHOST_EXPORT bool zrdbInUndoStep(const ZrDbDatabase* database);
+ZRHOST_EXPORT bool zrdbCanUndo(const ZrDbDatabase* database);
+ZRHOST_EXPORT bool zrdbCanRedo(const ZrDbDatabase* database);
+ZRHOST_EXPORT ZrString zrdbUndoStepName(const ZrDbDatabase* database);
+ZRHOST_EXPORT ZrString zrdbRedoStepName(const ZrDbDatabase* database);
+ZRHOST_EXPORT bool zrdbUndo(ZrDbDatabase* database);
+ZRHOST_EXPORT bool zrdbRedo(ZrDbDatabase* database);
+// Rolls back what changed since the last mark; marks nest.
+void zrdbSetUndoMark(ZrDbDatabase* database);
+void zrdbRollBackToMark(ZrDbDatabase* database);
+void zrdbDropMark(ZrDbDatabase* database);
