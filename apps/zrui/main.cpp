@@ -25,16 +25,19 @@ const char kUsage[] =
     "\n"
     "--drawing opens a drawing file first; without it the host has its empty default drawing.\n"
     "\n"
-    "STEPS, separated by \";\" (\"\\;\" is a literal one), run once the dialog is up:\n"
-    "  click:X      the button whose object name, else text, is X (\"&\" included)\n"
+    "STEPS, separated by \";\" (\"\\;\" is a literal one), run once the dialog is up, each on the\n"
+    "topmost modal window of its time (a message box the dialog opens, say):\n"
+    "  click:X      the button, check box or radio button whose object name, else text, is X\n"
+    "               (\"&\" included)\n"
     "  key:SEQ      a key sequence such as Esc, Return, Alt+Y\n"
     "  type:TEXT    typed into the focused widget\n"
     "  focus:X      focus to the widget whose object name is X\n"
     "  wait:MS      a pause\n"
-    "  shot:FILE    a PNG of the dialog\n"
+    "  shot:FILE    a PNG of the window\n"
     "  close        the window's close button\n"
     "\n"
-    "Prints {\"result\": R, \"param\": P, \"answer\": A} once the dialog has ended.\n"
+    "Prints {\"result\": R, \"param\": P, \"answer\": A} once the dialog has ended, and on stderr\n"
+    "zrui: message box \"TITLE\": TEXT for each message box that came up.\n"
     "Exit codes: 0 done, 1 the module cannot be loaded, 2 bad usage, parameter, drawing or step,\n"
     "3 unknown dialog.\n";
 
@@ -48,6 +51,14 @@ int usageError(const QString& message)
     printError(message);
     std::fputs(kUsage, stderr);
     return kExitUsage;
+}
+
+// Each message box that comes up, on one line, so that a caller can see which message was shown.
+void printMessageBox(const QString& title, const QString& text)
+{
+    QString oneLine = text;
+    oneLine.replace(QLatin1Char('\n'), QLatin1String("\\n"));
+    ZrApp::printLine(stderr, QStringLiteral("zrui: message box \"%1\": %2").arg(title, oneLine));
 }
 
 struct DialogRequest
@@ -105,6 +116,7 @@ int listDialogs()
 int showDialog(const DialogRequest& request)
 {
     ZrStepRunner runner(request.steps, request.screenshotFile, request.timeoutMs);
+    runner.onMessageBox(printMessageBox);
     runner.start();
     const ZrJsonPtr answer = ZrApp::runDialog(request.name, request.param, nullptr);
     if (!runner.error().isEmpty()) {

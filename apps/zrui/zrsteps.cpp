@@ -2,9 +2,13 @@
 
 #include "zrappenv.h"
 
-#include <QAbstractButton>
 #include <QApplication>
+#include <QCheckBox>
+#include <QLabel>
+#include <QMessageBox>
 #include <QPixmap>
+#include <QRadioButton>
+#include <QStyleOptionButton>
 #include <QTest>
 #include <QTimer>
 
@@ -71,9 +75,9 @@ QString describe(int index, const ZrStep& step)
     return QStringLiteral("step %1 \"%2\"").arg(index).arg(step.text);
 }
 
-QAbstractButton* findButton(QWidget* dialog, const QString& nameOrText)
+QAbstractButton* findButton(QWidget* window, const QString& nameOrText)
 {
-    const auto buttons = dialog->findChildren<QAbstractButton*>();
+    const auto buttons = window->findChildren<QAbstractButton*>();
     auto usable = [](QAbstractButton* b) { return b->isVisible() && b->isEnabled(); };
     for (QAbstractButton* button : buttons) {
         if (usable(button) && button->objectName() == nameOrText)
@@ -86,14 +90,50 @@ QAbstractButton* findButton(QWidget* dialog, const QString& nameOrText)
     return nullptr;
 }
 
-// Where a person's keys would go: the dialog's focus widget, else the dialog.
-QWidget* keyTarget(QWidget* dialog)
+// Where a person clicks: a check box or a radio button answers only on its indicator and label.
+QPoint clickPoint(QAbstractButton* button)
+{
+    QStyle::SubElement clickArea;
+    if (qobject_cast<QCheckBox*>(button))
+        clickArea = QStyle::SE_CheckBoxClickRect;
+    else if (qobject_cast<QRadioButton*>(button))
+        clickArea = QStyle::SE_RadioButtonClickRect;
+    else
+        return button->rect().center();
+    // What the button's own hit test gives the style; the label's extent depends on text and icon.
+    QStyleOptionButton option;
+    option.initFrom(button);
+    option.text = button->text();
+    option.icon = button->icon();
+    option.iconSize = button->iconSize();
+    return button->style()->subElementRect(clickArea, &option, button).center();
+}
+
+// Qt's message box, or the module's own, known by its class name: zrui runs the module as a plug-in.
+bool isMessageBox(const QWidget* window)
+{
+    return qobject_cast<const QMessageBox*>(window) || window->inherits("ZrQtMessageBox");
+}
+
+// The texts of the window's labels, in order: the message as it is shown.
+QString shownText(const QWidget* window)
+{
+    QStringList texts;
+    for (const QLabel* label : window->findChildren<QLabel*>()) {
+        if (!label->text().isEmpty() && label->isVisibleTo(window))
+            texts << label->text();
+    }
+    return texts.join(QLatin1Char('\n'));
+}
+
+// Where a person's keys would go: the window's focus widget, else the window.
+QWidget* keyTarget(QWidget* window)
 {
     // Shortcuts and mnemonics answer only in the active window.
-    if (QApplication::activeWindow() != dialog)
-        QApplication::setActiveWindow(dialog);
-    QWidget* focus = dialog->focusWidget();
-    return focus ? focus : dialog;
+    if (QApplication::activeWindow() != window)
+        QApplication::setActiveWindow(window);
+    QWidget* focus = window->focusWidget();
+    return focus ? focus : window;
 }
 
 void typeText(QWidget* target, const QString& text)
@@ -107,39 +147,39 @@ void typeText(QWidget* target, const QString& text)
     }
 }
 
-bool saveGrab(QWidget* dialog, const QString& file)
+bool saveGrab(QWidget* window, const QString& file)
 {
-    return dialog->grab().save(file, "PNG");
+    return window->grab().save(file, "PNG");
 }
 
 // Empty when done, else why not.
-QString carryOut(const ZrStep& step, QWidget* dialog)
+QString carryOut(const ZrStep& step, QWidget* window)
 {
     switch (step.kind) {
     case ZrStep::Click: {
-        QAbstractButton* button = findButton(dialog, step.argument);
+        QAbstractButton* button = findButton(window, step.argument);
         if (!button)
             return QStringLiteral("no visible, enabled button named or labelled \"%1\"").arg(step.argument);
-        QTest::mouseClick(button, Qt::LeftButton, Qt::NoModifier, button->rect().center());
+        QTest::mouseClick(button, Qt::LeftButton, Qt::NoModifier, clickPoint(button));
         return {};
     }
     case ZrStep::Key:
-        QTest::keySequence(keyTarget(dialog), step.keys);
+        QTest::keySequence(keyTarget(window), step.keys);
         return {};
     case ZrStep::Type:
-        typeText(keyTarget(dialog), step.argument);
+        typeText(keyTarget(window), step.argument);
         return {};
     case ZrStep::Focus: {
-        auto* widget = dialog->findChild<QWidget*>(step.argument);
+        auto* widget = window->findChild<QWidget*>(step.argument);
         if (!widget || !widget->isVisible())
             return QStringLiteral("no visible widget named \"%1\"").arg(step.argument);
         widget->setFocus(Qt::OtherFocusReason);
         return {};
     }
     case ZrStep::Shot:
-        return saveGrab(dialog, step.argument) ? QString() : QStringLiteral("cannot write %1").arg(step.argument);
+        return saveGrab(window, step.argument) ? QString() : QStringLiteral("cannot write %1").arg(step.argument);
     case ZrStep::Close:
-        dialog->close();
+        window->close();
         return {};
     case ZrStep::Wait:
         return {};
@@ -173,6 +213,7 @@ struct ZrStepRunner::Data
     int timeoutMs = -1;
     int next = 0;
     QString error;
+    std::function<void(const QString&, const QString&)> reportMessageBox;
 };
 
 ZrStepRunner::ZrStepRunner(QVector<ZrStep> steps, QString screenshotFile, int timeoutMs)
@@ -185,8 +226,15 @@ ZrStepRunner::ZrStepRunner(QVector<ZrStep> steps, QString screenshotFile, int ti
 
 ZrStepRunner::~ZrStepRunner() = default;
 
+void ZrStepRunner::onMessageBox(std::function<void(const QString&, const QString&)> report)
+{
+    d->reportMessageBox = std::move(report);
+}
+
 void ZrStepRunner::start()
 {
+    if (d->reportMessageBox)
+        qApp->installEventFilter(this);
     if (d->timeoutMs >= 0)
         QTimer::singleShot(d->timeoutMs, this, &ZrApp::closeModalWidgets);
     ZrApp::whenModalShown(this, [this](QWidget* dialog) {
@@ -201,17 +249,29 @@ QString ZrStepRunner::error() const
     return d->error;
 }
 
+bool ZrStepRunner::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Show && watched->isWidgetType()) {
+        auto* window = static_cast<QWidget*>(watched);
+        if (window->isWindow() && isMessageBox(window))
+            d->reportMessageBox(window->windowTitle(), shownText(window));
+    }
+    return QObject::eventFilter(watched, event);
+}
+
 void ZrStepRunner::runNext()
 {
-    QWidget* dialog = QApplication::activeModalWidget();
+    QWidget* window = QApplication::activeModalWidget();
     // No modal widget left means the dialog has ended, and with it the steps.
-    if (d->next >= d->steps.size() || !dialog)
+    if (!d->error.isEmpty() || d->next >= d->steps.size() || !window)
         return;
-    const ZrStep& step = d->steps[d->next++];
-    const QString why = carryOut(step, dialog);
-    if (!why.isEmpty())
-        return fail(describe(d->next, step) + QStringLiteral(": ") + why);
+    const int number = ++d->next;
+    const ZrStep step = d->steps[number - 1];
+    // Due before this step starts, so that a nested modal window it opens runs the next step.
     QTimer::singleShot(step.kind == ZrStep::Wait ? step.milliseconds : 0, this, [this] { runNext(); });
+    const QString why = carryOut(step, window);
+    if (!why.isEmpty())
+        fail(describe(number, step) + QStringLiteral(": ") + why);
 }
 
 void ZrStepRunner::fail(const QString& message)

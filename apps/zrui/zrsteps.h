@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QString>
 #include <QVector>
+#include <functional>
 #include <memory>
 
 struct ZrStep
@@ -21,8 +22,9 @@ struct ZrStep
 // on a bad step `error` names it by its 1-based index and text.
 bool parseSteps(const QString& text, QVector<ZrStep>* steps, QString* error);
 
-// Carries the steps out on the modal dialog once it is up, one step per turn of the event loop,
-// so that what a step starts (an animated click, a nested dialog) can happen before the next.
+// Carries the steps out once the dialog is up, one step per turn of the event loop, each on the
+// topmost modal window of its time: a step that opens a nested modal window returns only when that
+// window is gone, and the nested window's event loop carries the next steps out on it.
 class ZrStepRunner : public QObject
 {
 public:
@@ -30,10 +32,15 @@ public:
     ZrStepRunner(QVector<ZrStep> steps, QString screenshotFile, int timeoutMs);
     ~ZrStepRunner() override;
 
+    // Told the title and text of each message box as it comes up; set before start().
+    void onMessageBox(std::function<void(const QString& title, const QString& text)> report);
     // Starts watching for the dialog; call before the dialog runs.
     void start();
     // What went wrong, naming the step; empty while all went well.
     QString error() const;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void runNext();

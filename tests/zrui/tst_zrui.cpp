@@ -141,6 +141,42 @@ private Q_SLOTS:
         QCOMPARE(line.value("answer").toObject().value("result").toInt(-99), result);
     }
 
+    // A check box answers where the style puts its indicator and label, not in the middle of its row.
+    void clickTogglesCheckBoxes_data()
+    {
+        QTest::addColumn<QString>("steps");
+        QTest::addColumn<int>("selectedCheck");
+
+        QTest::newRow("the second") << "click:b;click:确定(&O)" << 2;
+        QTest::newRow("both") << "click:a;click:b;click:确定(&O)" << 3;
+        QTest::newRow("one clicked twice") << "click:b;click:a;click:b;click:确定(&O)" << 1;
+    }
+
+    void clickTogglesCheckBoxes()
+    {
+        QFETCH(QString, steps);
+        QFETCH(int, selectedCheck);
+
+        const ZruiRun r = run({"dialog", "MessageBox", "--param",
+                               R"({"msg":"m","contentFlag":9,"flag":0,"selCheckText":["a","b"]})", "--do", steps});
+        QVERIFY2(r.exitCode == 0, qPrintable(r.err));
+        const QJsonObject param = r.answerLine().value("param").toObject();
+        QCOMPARE(param.value("selectedCheck").toInt(-99), selectedCheck);
+        QCOMPARE(r.answerLine().value("result").toInt(-99), 1);
+    }
+
+    // A line a check can read for each message box that came up, even one of several lines.
+    void messageBoxesAreToldOnStderr()
+    {
+        const ZruiRun r = run({"dialog", "MessageBox", "--param",
+                               R"({"title":"标题","msg":"第一行\n第二行","flag":0,"contentFlag":1})", "--do",
+                               "key:Esc"});
+        QVERIFY2(r.exitCode == 0, qPrintable(r.err));
+        const QStringList lines = r.err.split('\n', Qt::SkipEmptyParts);
+        QVERIFY2(lines.contains(QStringLiteral("zrui: message box \"标题\": 第一行\\n第二行")), qPrintable(r.err));
+        QCOMPARE(r.answerLine().value("result").toInt(-99), 2);
+    }
+
     void paramFileIsRead()
     {
         const QString file = tempPath(QStringLiteral("param.json"));
