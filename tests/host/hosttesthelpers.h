@@ -1,0 +1,109 @@
+#pragma once
+// Shared set-up of the host suites: a host of their own, fresh drawings, small builders and an
+// event log.
+
+#include "zrdbdatabase.h"
+#include "zrdbentity.h"
+#include "zrdbsymtb.h"
+#include "zrdrawingcontrol.h"
+#include "zrhostcontrol.h"
+#include "zrreactor.h"
+#include "zrresbuf.h"
+
+#include <QObject>
+#include <QTemporaryDir>
+#include <vector>
+
+
+// A host of its own for each suite, with a new empty drawing for each test.
+class HostFixture : public QObject
+{
+protected:
+    QTemporaryDir m_config;
+
+    void startHost()
+    {
+        ZrHostControl::Options options;
+        options.configDir = m_config.path();
+        ZrHostControl::initialize(options);
+    }
+    void freshDrawing()
+    {
+        ZrHostControl::openEmptyDrawing();
+        ZrHostControl::flushUiEvents();
+    }
+};
+
+inline ZrDbObjectId addLine(ZrDbDatabase* db, double x0, double x1)
+{
+    ZrDbObjectPointer<ZrDbBlockTableRecord> space(db->modelSpaceId(), ZrDb::kForWrite);
+    auto* line = new ZrDbLine(ZrGePoint3d(x0, 0, 0), ZrGePoint3d(x1, 0, 0));
+    ZrDbObjectId id;
+    space->appendZrDbEntity(id, line);
+    line->close();
+    return id;
+}
+
+inline ZrDbObjectId addLayer(ZrDbDatabase* db, const wchar_t* name)
+{
+    ZrDbObjectPointer<ZrDbLayerTable> table(db->layerTableId(), ZrDb::kForWrite);
+    auto* layer = new ZrDbLayerTableRecord;
+    layer->setName(ZrString(name));
+    ZrDbObjectId id;
+    table->add(layer, &id);
+    layer->close();
+    return id;
+}
+
+inline ZrDbObjectId recordOf(ZrDbObjectId tableId, const wchar_t* name)
+{
+    ZrDbObjectPointer<ZrDbSymbolTable> table(tableId, ZrDb::kForRead);
+    ZrDbObjectId id;
+    table->getIdAt(ZrString(name), id);
+    return id;
+}
+
+inline ZrString layerNameOf(ZrDbObjectId entity)
+{
+    ZrDbObjectPointer<ZrDbEntity> open(entity, ZrDb::kForRead);
+    return open ? open->layer() : ZrString();
+}
+
+inline QString variableText(const wchar_t* name)
+{
+    ZrResBuf value;
+    if (zredGetVar(name, &value) != RTNORM || value.restype != RTSTR)
+        return QStringLiteral("<not a text>");
+    const QString text = QString::fromWCharArray(value.resval.rstring);
+    delete[] value.resval.rstring;
+    return text;
+}
+
+// Collects the events the user interface is told of.
+class EventLog
+{
+public:
+    EventLog()
+    {
+        ZrHostControl::flushUiEvents();
+        m_key = ZrHostControl::addUiEventListener([this](const CZrGlobalUIReactorHelp& e) { m_events.push_back(e); });
+    }
+    ~EventLog() { ZrHostControl::removeUiEventListener(m_key); }
+    const std::vector<CZrGlobalUIReactorHelp>& flushed()
+    {
+        ZrHostControl::flushUiEvents();
+        return m_events;
+    }
+    int count(int64_t kind)
+    {
+        int n = 0;
+        for (const CZrGlobalUIReactorHelp& e : flushed())
+            n += e.kind == kind;
+        return n;
+    }
+    void clear() { m_events.clear(); }
+
+private:
+    int m_key = -1;
+    std::vector<CZrGlobalUIReactorHelp> m_events;
+};
