@@ -3,10 +3,12 @@
 
 #include "zrqtbaseutils_export.h"
 
-#include "zrglobaluireactor.h"
 #include "zruidialog.h"
 
 #include <cstdint>
+#include <memory>
+
+struct SZrGlobalUIUpdateDbHelp;
 
 extern "C" {
 ZRQTBASEUTILS_EXPORT int64_t zrrxEntryPoint(int message);
@@ -27,9 +29,11 @@ public:
     // A new dialog by name, compared without regard to case; null for a name it does not know.
     ZrSmartPtr<ZrUiDialogBase> createDialog(const ZrString& name, void* parent) override;
 
+    // The one pending order of GLOBAL_UI_UPDATEDB; a new one replaces it whole.
     void setUpdateDbHelpInfo(const SZrGlobalUIUpdateDbHelp& info);
     const SZrGlobalUIUpdateDbHelp& getUpdateDbHelpInfo() const;
 
 private:
-    SZrGlobalUIUpdateDbHelp m_updateDbHelp;
+    struct Private;
+    std::unique_ptr<Private> d;
 };

@@ -49,151 +49,95 @@ private:
 template <class T>
 struct SHold;
 
-class ZRQTBASEUTILS_EXPORT SColorInfo : public SPickFirstInfo
+// What every record has: the common value and the accumulated one, both the empty value of `T`
+// at first and after reset().
+template <class T>
+class ZRQTBASEUTILS_EXPORT SPickFirstValueInfo : public SPickFirstInfo
 {
 public:
-    SColorInfo();
-    ~SColorInfo() override;
-    void update(const ZrDbEntity* first, const ZrDbEntity* second) override;
+    ~SPickFirstValueInfo() override;
     void reset() override;
 
-    ZrCmColor value;
+    T value;
+
+protected:
+    SPickFirstValueInfo();
+    SHold<T>& held();
 
 private:
-    std::unique_ptr<SHold<ZrCmColor>> hold;
+    std::unique_ptr<SHold<T>> hold;
 };
 
-class ZRQTBASEUTILS_EXPORT SLineWeightInfo : public SPickFirstInfo
+extern template class SPickFirstValueInfo<ZrCmColor>;
+extern template class SPickFirstValueInfo<ZrDb::LineWeight>;
+extern template class SPickFirstValueInfo<ZrString>;
+extern template class SPickFirstValueInfo<ZrDbObjectId>;
+
+class ZRQTBASEUTILS_EXPORT SColorInfo : public SPickFirstValueInfo<ZrCmColor>
 {
 public:
-    SLineWeightInfo();
-    ~SLineWeightInfo() override;
     void update(const ZrDbEntity* first, const ZrDbEntity* second) override;
-    void reset() override;
+};
 
-    ZrDb::LineWeight value = ZrDb::kLnWtByLayer;
-
-private:
-    std::unique_ptr<SHold<ZrDb::LineWeight>> hold;
+class ZRQTBASEUTILS_EXPORT SLineWeightInfo : public SPickFirstValueInfo<ZrDb::LineWeight>
+{
+public:
+    void update(const ZrDbEntity* first, const ZrDbEntity* second) override;
 };
 
 // The line type's name.
-class ZRQTBASEUTILS_EXPORT SLineTypeInfo : public SPickFirstInfo
+class ZRQTBASEUTILS_EXPORT SLineTypeInfo : public SPickFirstValueInfo<ZrString>
 {
 public:
-    SLineTypeInfo();
-    ~SLineTypeInfo() override;
     void update(const ZrDbEntity* first, const ZrDbEntity* second) override;
-    void reset() override;
-
-    ZrString value;
-
-private:
-    std::unique_ptr<SHold<ZrString>> hold;
 };
 
-class ZRQTBASEUTILS_EXPORT SLayerInfo : public SPickFirstInfo
+class ZRQTBASEUTILS_EXPORT SLayerInfo : public SPickFirstValueInfo<ZrDbObjectId>
 {
 public:
-    SLayerInfo();
-    ~SLayerInfo() override;
     void update(const ZrDbEntity* first, const ZrDbEntity* second) override;
-    void reset() override;
-
-    ZrDbObjectId value;
-
-private:
-    std::unique_ptr<SHold<ZrDbObjectId>> hold;
 };
 
 // The material's name.
-class ZRQTBASEUTILS_EXPORT SMaterialInfo : public SPickFirstInfo
+class ZRQTBASEUTILS_EXPORT SMaterialInfo : public SPickFirstValueInfo<ZrString>
 {
 public:
-    SMaterialInfo();
-    ~SMaterialInfo() override;
     void update(const ZrDbEntity* first, const ZrDbEntity* second) override;
-    void reset() override;
-
-    ZrString value;
-
-private:
-    std::unique_ptr<SHold<ZrString>> hold;
 };
 
 // The plot style's name.
-class ZRQTBASEUTILS_EXPORT SPlotStyleInfo : public SPickFirstInfo
+class ZRQTBASEUTILS_EXPORT SPlotStyleInfo : public SPickFirstValueInfo<ZrString>
 {
 public:
-    SPlotStyleInfo();
-    ~SPlotStyleInfo() override;
     void update(const ZrDbEntity* first, const ZrDbEntity* second) override;
-    void reset() override;
-
-    ZrString value;
-
-private:
-    std::unique_ptr<SHold<ZrString>> hold;
 };
 
 // Dimensions only: any other object makes the selection vary.
-class ZRQTBASEUTILS_EXPORT SDimStyleInfo : public SPickFirstInfo
+class ZRQTBASEUTILS_EXPORT SDimStyleInfo : public SPickFirstValueInfo<ZrDbObjectId>
 {
 public:
-    SDimStyleInfo();
-    ~SDimStyleInfo() override;
     void update(const ZrDbEntity* first, const ZrDbEntity* second) override;
-    void reset() override;
-
-    ZrDbObjectId value;
-
-private:
-    std::unique_ptr<SHold<ZrDbObjectId>> hold;
 };
 
 // Tables only.
-class ZRQTBASEUTILS_EXPORT STableStyleInfo : public SPickFirstInfo
+class ZRQTBASEUTILS_EXPORT STableStyleInfo : public SPickFirstValueInfo<ZrDbObjectId>
 {
 public:
-    STableStyleInfo();
-    ~STableStyleInfo() override;
     void update(const ZrDbEntity* first, const ZrDbEntity* second) override;
-    void reset() override;
-
-    ZrDbObjectId value;
-
-private:
-    std::unique_ptr<SHold<ZrDbObjectId>> hold;
 };
 
 // Multileaders only.
-class ZRQTBASEUTILS_EXPORT SMleaderStyleInfo : public SPickFirstInfo
+class ZRQTBASEUTILS_EXPORT SMleaderStyleInfo : public SPickFirstValueInfo<ZrDbObjectId>
 {
 public:
-    SMleaderStyleInfo();
-    ~SMleaderStyleInfo() override;
     void update(const ZrDbEntity* first, const ZrDbEntity* second) override;
-    void reset() override;
-
-    ZrDbObjectId value;
-
-private:
-    std::unique_ptr<SHold<ZrDbObjectId>> hold;
 };
 
 // Texts, multiline texts, dimensions and multileaders.
-class ZRQTBASEUTILS_EXPORT STextStyleInfo : public SPickFirstInfo
+class ZRQTBASEUTILS_EXPORT STextStyleInfo : public SPickFirstValueInfo<ZrDbObjectId>
 {
 public:
-    STextStyleInfo();
-    ~STextStyleInfo() override;
     void update(const ZrDbEntity* first, const ZrDbEntity* second) override;
-    void reset() override;
-
-    ZrDbObjectId value;
-
-private:
-    std::unique_ptr<SHold<ZrDbObjectId>> hold;
 };
 
 } // namespace ZrGlobalUIReactorHelp

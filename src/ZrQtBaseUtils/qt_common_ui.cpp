@@ -1,7 +1,8 @@
 #include "qt_common_ui.h"
+#include "qt_common_ui_p.h"
 
 #include "qt_messagebox.h"
-#include "qt_utils.h"
+#include "zrglobaluireactor.h"
 
 #include "zrarbitdict.h"
 #include "zrui.h"
@@ -29,17 +30,12 @@ void unloadModule()
     zr_arbitDict_clearservice(kZrQtCommonUISvrSlot);
 }
 
-template <class T>
-ZrSmartPtr<ZrUiDialogBase> createModal(QWidget* parent)
-{
-    ZrSmartPtr<ZrQtModalDialog<T>> frame(new ZrQtRxObjectImpl<ZrQtModalDialog<T>>(), kZrAttach);
-    if (!frame->onCreate(parent, Qt::WindowFlags(), nullptr))
-        return nullptr;
-    return ZrSmartPtr<ZrUiDialogBase>(frame.get());
-}
+const ZrQtDialogEntry kDialogs[] = {
+    {L"MessageBox", &createModalDialog<ZrQtMessageBox>, ZrQtDialogParent::OverModal},
+};
 
 // A message box stacks on whatever modal dialog is open; other dialogs go on the host's target window.
-QWidget* messageBoxParent()
+QWidget* overModalParent()
 {
     if (QWidget* modal = QApplication::activeModalWidget())
         return modal;
@@ -74,24 +70,36 @@ void uninitApp() { unloadModule(); }
 
 } // extern "C"
 
+const ZrQtDialogEntry* findDialogEntry(const ZrString& name)
+{
+    for (const ZrQtDialogEntry& entry : kDialogs) {
+        if (name.compareNoCase(ZrString(entry.name)) == 0)
+            return &entry;
+    }
+    return nullptr;
+}
+
 ZR_RX_DEFINE_MEMBERS(ZrQtCommonUISvr, ZrUiService)
 
-ZrQtCommonUISvr::ZrQtCommonUISvr() = default;
+struct ZrQtCommonUISvr::Private
+{
+    SZrGlobalUIUpdateDbHelp updateDbHelp;
+};
+
+ZrQtCommonUISvr::ZrQtCommonUISvr() : d(new Private) {}
 ZrQtCommonUISvr::~ZrQtCommonUISvr() = default;
 
 ZrSmartPtr<ZrUiDialogBase> ZrQtCommonUISvr::createDialog(const ZrString& name, void* parent)
 {
+    const ZrQtDialogEntry* entry = findDialogEntry(name);
     auto* parentWidget = static_cast<QWidget*>(parent);
-    const bool isMessageBox = name.compareNoCase(ZrString(L"MessageBox")) == 0;
     if (!parentWidget) {
         parentWidget = static_cast<QWidget*>(zruiCurTargetWindow());
-        if (isMessageBox)
-            parentWidget = messageBoxParent();
+        if (entry && entry->parent == ZrQtDialogParent::OverModal)
+            parentWidget = overModalParent();
     }
-    if (isMessageBox)
-        return createModal<ZrQtMessageBox>(parentWidget);
-    return nullptr;
+    return entry ? entry->create(parentWidget) : nullptr;
 }
 
-void ZrQtCommonUISvr::setUpdateDbHelpInfo(const SZrGlobalUIUpdateDbHelp& info) { m_updateDbHelp = info; }
-const SZrGlobalUIUpdateDbHelp& ZrQtCommonUISvr::getUpdateDbHelpInfo() const { return m_updateDbHelp; }
+void ZrQtCommonUISvr::setUpdateDbHelpInfo(const SZrGlobalUIUpdateDbHelp& info) { d->updateDbHelp = info; }
+const SZrGlobalUIUpdateDbHelp& ZrQtCommonUISvr::getUpdateDbHelpInfo() const { return d->updateDbHelp; }

@@ -31,19 +31,49 @@ SPickFirstInfo::~SPickFirstInfo() = default;
 
 namespace {
 
+// The value of a record before anything was seen.
 template <class T>
-std::unique_ptr<SHold<T>> makeHold(const T& empty)
+T emptyValue()
 {
-    return std::unique_ptr<SHold<T>>(new SHold<T>{empty, false});
+    return T();
+}
+
+template <>
+ZrDb::LineWeight emptyValue()
+{
+    return ZrDb::kLnWtByLayer;
+}
+
+} // namespace
+
+template <class T>
+SPickFirstValueInfo<T>::SPickFirstValueInfo() : value(emptyValue<T>()), hold(new SHold<T>{emptyValue<T>(), false})
+{
 }
 
 template <class T>
-void resetHold(SPickFirstInfo::Status& status, SHold<T>& hold, const T& empty)
+SPickFirstValueInfo<T>::~SPickFirstValueInfo() = default;
+
+template <class T>
+void SPickFirstValueInfo<T>::reset()
 {
-    status = SPickFirstInfo::kUniform;
-    hold.value = empty;
-    hold.hasValue = false;
+    status = kUniform;
+    hold->value = emptyValue<T>();
+    hold->hasValue = false;
 }
+
+template <class T>
+SHold<T>& SPickFirstValueInfo<T>::held()
+{
+    return *hold;
+}
+
+template class SPickFirstValueInfo<ZrCmColor>;
+template class SPickFirstValueInfo<ZrDb::LineWeight>;
+template class SPickFirstValueInfo<ZrString>;
+template class SPickFirstValueInfo<ZrDbObjectId>;
+
+namespace {
 
 // One step of the walk on the values of the two members, null for a member that is absent.
 // Under kVaries `value` keeps the first value seen.
@@ -125,93 +155,63 @@ bool readTextStyle(const ZrDbEntity* entity, ZrDbObjectId& style)
 
 } // namespace
 
-SColorInfo::SColorInfo() : hold(makeHold(ZrCmColor())) {}
-SColorInfo::~SColorInfo() = default;
-void SColorInfo::reset() { resetHold(status, *hold, ZrCmColor()); }
 void SColorInfo::update(const ZrDbEntity* first, const ZrDbEntity* second)
 {
-    takeEntityValues(status, *hold, value, first, second, [](const ZrDbEntity* e) { return e->color(); });
+    takeEntityValues(status, held(), value, first, second, [](const ZrDbEntity* e) { return e->color(); });
 }
 
-SLineWeightInfo::SLineWeightInfo() : hold(makeHold(ZrDb::kLnWtByLayer)) {}
-SLineWeightInfo::~SLineWeightInfo() = default;
-void SLineWeightInfo::reset() { resetHold(status, *hold, ZrDb::kLnWtByLayer); }
 void SLineWeightInfo::update(const ZrDbEntity* first, const ZrDbEntity* second)
 {
-    takeEntityValues(status, *hold, value, first, second, [](const ZrDbEntity* e) { return e->lineWeight(); });
+    takeEntityValues(status, held(), value, first, second, [](const ZrDbEntity* e) { return e->lineWeight(); });
 }
 
-SLineTypeInfo::SLineTypeInfo() : hold(makeHold(ZrString())) {}
-SLineTypeInfo::~SLineTypeInfo() = default;
-void SLineTypeInfo::reset() { resetHold(status, *hold, ZrString()); }
 void SLineTypeInfo::update(const ZrDbEntity* first, const ZrDbEntity* second)
 {
-    takeEntityValues(status, *hold, value, first, second, [](const ZrDbEntity* e) { return e->linetype(); });
+    takeEntityValues(status, held(), value, first, second, [](const ZrDbEntity* e) { return e->linetype(); });
 }
 
-SLayerInfo::SLayerInfo() : hold(makeHold(ZrDbObjectId())) {}
-SLayerInfo::~SLayerInfo() = default;
-void SLayerInfo::reset() { resetHold(status, *hold, ZrDbObjectId()); }
 void SLayerInfo::update(const ZrDbEntity* first, const ZrDbEntity* second)
 {
-    takeEntityValues(status, *hold, value, first, second, [](const ZrDbEntity* e) { return e->layerId(); });
+    takeEntityValues(status, held(), value, first, second, [](const ZrDbEntity* e) { return e->layerId(); });
 }
 
-SMaterialInfo::SMaterialInfo() : hold(makeHold(ZrString())) {}
-SMaterialInfo::~SMaterialInfo() = default;
-void SMaterialInfo::reset() { resetHold(status, *hold, ZrString()); }
 void SMaterialInfo::update(const ZrDbEntity* first, const ZrDbEntity* second)
 {
-    takeEntityValues(status, *hold, value, first, second, [](const ZrDbEntity* e) { return e->material(); });
+    takeEntityValues(status, held(), value, first, second, [](const ZrDbEntity* e) { return e->material(); });
 }
 
-SPlotStyleInfo::SPlotStyleInfo() : hold(makeHold(ZrString())) {}
-SPlotStyleInfo::~SPlotStyleInfo() = default;
-void SPlotStyleInfo::reset() { resetHold(status, *hold, ZrString()); }
 void SPlotStyleInfo::update(const ZrDbEntity* first, const ZrDbEntity* second)
 {
-    takeEntityValues(status, *hold, value, first, second, [](const ZrDbEntity* e) { return e->plotStyleName(); });
+    takeEntityValues(status, held(), value, first, second, [](const ZrDbEntity* e) { return e->plotStyleName(); });
 }
 
-SDimStyleInfo::SDimStyleInfo() : hold(makeHold(ZrDbObjectId())) {}
-SDimStyleInfo::~SDimStyleInfo() = default;
-void SDimStyleInfo::reset() { resetHold(status, *hold, ZrDbObjectId()); }
 void SDimStyleInfo::update(const ZrDbEntity* first, const ZrDbEntity* second)
 {
-    takeClassStyle<ZrDbDimension>(status, *hold, value, first, second,
+    takeClassStyle<ZrDbDimension>(status, held(), value, first, second,
                                   [](const ZrDbDimension* e) { return e->dimensionStyle(); });
 }
 
-STableStyleInfo::STableStyleInfo() : hold(makeHold(ZrDbObjectId())) {}
-STableStyleInfo::~STableStyleInfo() = default;
-void STableStyleInfo::reset() { resetHold(status, *hold, ZrDbObjectId()); }
 void STableStyleInfo::update(const ZrDbEntity* first, const ZrDbEntity* second)
 {
-    takeClassStyle<ZrDbTable>(status, *hold, value, first, second, [](const ZrDbTable* e) { return e->tableStyle(); });
+    takeClassStyle<ZrDbTable>(status, held(), value, first, second, [](const ZrDbTable* e) { return e->tableStyle(); });
 }
 
-SMleaderStyleInfo::SMleaderStyleInfo() : hold(makeHold(ZrDbObjectId())) {}
-SMleaderStyleInfo::~SMleaderStyleInfo() = default;
-void SMleaderStyleInfo::reset() { resetHold(status, *hold, ZrDbObjectId()); }
 void SMleaderStyleInfo::update(const ZrDbEntity* first, const ZrDbEntity* second)
 {
-    takeClassStyle<ZrDbMLeader>(status, *hold, value, first, second,
+    takeClassStyle<ZrDbMLeader>(status, held(), value, first, second,
                                 [](const ZrDbMLeader* e) { return e->MLeaderStyle(); });
 }
 
-STextStyleInfo::STextStyleInfo() : hold(makeHold(ZrDbObjectId())) {}
-STextStyleInfo::~STextStyleInfo() = default;
-void STextStyleInfo::reset() { resetHold(status, *hold, ZrDbObjectId()); }
 void STextStyleInfo::update(const ZrDbEntity* first, const ZrDbEntity* second)
 {
     ZrDbObjectId a;
     ZrDbObjectId b;
     if ((first && !readTextStyle(first, a)) || (second && !readTextStyle(second, b))) {
         status = kVaries;
-        value = hold->value;
+        value = held().value;
         return;
     }
-    takeValues(status, *hold, value, first ? &a : nullptr, second ? &b : nullptr);
+    takeValues(status, held(), value, first ? &a : nullptr, second ? &b : nullptr);
 }
 
 } // namespace ZrGlobalUIReactorHelp

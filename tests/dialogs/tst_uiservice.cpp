@@ -5,6 +5,7 @@
 
 #include "qt_common_ui.h"
 #include "qt_messagebox.h"
+#include "zrglobaluireactor.h"
 
 #include "zrarbitdict.h"
 #include "zrui.h"
