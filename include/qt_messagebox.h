@@ -10,6 +10,7 @@
 class QButtonGroup;
 class QHBoxLayout;
 class QPushButton;
+class QVBoxLayout;
 
 class ZRQTBASEUTILS_EXPORT ZrQtMessageBox : public ZrQtModalDialogImpl<ZrQtMessageBox, QDialog>
 {
@@ -30,6 +31,11 @@ protected:
     int onCreateInner();
 
 private:
+    // One builder per part of the content.
+    void buildMessageRow(QHBoxLayout* row, const QString& msg, int dlgtype);
+    void buildSelectors(QVBoxLayout* column);
+    void buildChecks(QVBoxLayout* column);
+    void buildControlButtons(QHBoxLayout* row, int flag);
     QPushButton* addControlButton(QHBoxLayout* row, const QString& text, QChar shortcut, int id);
 
     QPointer<QButtonGroup> m_pGroupBtns;

@@ -16,6 +16,15 @@
 
 namespace {
 
+// The bits of "contentFlag".
+constexpr int kShowMessage = 1;
+constexpr int kShowSelectors = 4;
+constexpr int kShowChecks = 8;
+
+// The button sets of "flag" that the builder treats apart.
+constexpr int kYesNo = 4;
+constexpr int kCustomButtons = 6;
+
 // Messages wider than this are wrapped by hand, so that the box does not grow with long text.
 const int kWrapWidth = 351;
 const int kWrapLimit = 349;
@@ -145,95 +154,111 @@ int ZrQtMessageBox::onCreateInner()
     setMinimumWidth(titleWidth < 451 ? titleWidth : 450);
     setWindowIcon(windowIcon());
 
-    if (contentFlag & 1) {
-        const QString image = iconPath(dlgtype);
-        if (QFile::exists(image)) {
-            auto* icon = new ZrSvgLabel;
-            icon->setFixedSize(32, 32);
-            icon->setPixmap(image);
-            messageRow->addWidget(icon, 0, Qt::AlignLeft);
-        }
-        auto* label = new QLabel;
-        label->setText(wrapMessage(msg, label->fontMetrics()));
-        label->setContentsMargins(8, 0, 0, 0);
-        messageRow->addWidget(label);
-        messageRow->addStretch(0);
-        messageRow->setContentsMargins(0, 0, 0, 8);
-    }
-
-    if (contentFlag & 4) {
-        auto* selectors = new QButtonGroup;
-        selectors->setParent(this);
-        const ZrJsonPtr texts = m_param->GetVarJsonPtr("selBtnText");
-        for (int i = 0; i < texts->ArrayCount(); ++i) {
-            auto* button = new QPushButton(texts->at(i)->safeStrValueW().toQString());
-            selectorColumn->addWidget(button);
-            selectors->addButton(button, i);
-        }
-        connect(selectors, &QButtonGroup::idClicked, this, [this](int id) {
-            qDebug() << "m_pGroupSelectors = " << id;
-            m_param->SetDataI("selectedBtn", id);
-            accept();
-        });
-        selectorColumn->setContentsMargins(0, 0, 0, 8);
-    }
-
-    if (contentFlag & 8) {
-        auto* checks = new QButtonGroup;
-        checks->setParent(this);
-        checks->setExclusive(false);
-        const ZrJsonPtr texts = m_param->GetVarJsonPtr("selCheckText");
-        for (int i = 0; i < texts->ArrayCount(); ++i) {
-            auto* box = new QCheckBox(texts->at(i)->safeStrValueW().toQString());
-            checkColumn->addWidget(box);
-            checks->addButton(box, i);
-        }
-        connect(checks, &QButtonGroup::idToggled, this, [this](int id, bool checked) {
-            // The mask has eight bits: boxes from the ninth on never show in it.
-            if (id < 8) {
-                if (checked)
-                    m_checkMask |= uint8_t(1u << id);
-                else
-                    m_checkMask &= uint8_t(~(1u << id));
-            }
-            qDebug() << "m_pGroupCheck = " << id << ", val = " << (checked ? "true" : "false");
-            m_param->SetDataI("selectedCheck", m_checkMask);
-        });
-        checkColumn->setContentsMargins(0, 0, 0, 8);
-    }
-
-    if (!(contentFlag & 4)) {
-        buttonRow->addStretch(0);
-        m_pGroupBtns = new QButtonGroup;
-        m_pGroupBtns->setParent(this);
-        if (flag == 6) {
-            const ZrJsonPtr texts = m_param->GetVarJsonPtr("btnText");
-            for (int i = 0; i < texts->ArrayCount(); ++i)
-                addControlButton(buttonRow, texts->at(i)->safeStrValueW().toQString(), QChar(), i);
-            if (texts->ArrayCount() == 0)
-                addControlButton(buttonRow, buttonText(kOk0), QChar(), 0);
-        } else {
-            const std::vector<ButtonChoice> choices = buttonSet(flag);
-            for (const ButtonChoice& choice : choices) {
-                QPushButton* button = addControlButton(buttonRow, buttonText(choice), QLatin1Char(choice.shortcut), choice.id);
-                if (flag == 4 && &choice == &choices[1] && button)
-                    button->setFocus(Qt::OtherFocusReason);
-            }
-        }
-        buttonRow->setContentsMargins(0, 0, 0, 8);
-        connect(m_pGroupBtns, &QButtonGroup::idClicked, this, [this](int id) {
-            m_param->SetDataI("ControlBtn", id);
-            blockSignals(true);
-            accept();
-            blockSignals(false);
-        }, Qt::UniqueConnection);
-    }
+    if (contentFlag & kShowMessage)
+        buildMessageRow(messageRow, msg, dlgtype);
+    if (contentFlag & kShowSelectors)
+        buildSelectors(selectorColumn);
+    if (contentFlag & kShowChecks)
+        buildChecks(checkColumn);
+    // The selectors are the way out of a box that has them.
+    if (!(contentFlag & kShowSelectors))
+        buildControlButtons(buttonRow, flag);
 
     if (m_noMaximize)
         setWindowFlags(windowFlags() & ~Qt::WindowMaximizeButtonHint);
     adjustSize();
     setFixedSize(size());
     return 1;
+}
+
+void ZrQtMessageBox::buildMessageRow(QHBoxLayout* row, const QString& msg, int dlgtype)
+{
+    const QString image = iconPath(dlgtype);
+    if (QFile::exists(image)) {
+        auto* icon = new ZrSvgLabel;
+        icon->setFixedSize(32, 32);
+        icon->setPixmap(image);
+        row->addWidget(icon, 0, Qt::AlignLeft);
+    }
+    auto* label = new QLabel;
+    label->setText(wrapMessage(msg, label->fontMetrics()));
+    label->setContentsMargins(8, 0, 0, 0);
+    row->addWidget(label);
+    row->addStretch(0);
+    row->setContentsMargins(0, 0, 0, 8);
+}
+
+void ZrQtMessageBox::buildSelectors(QVBoxLayout* column)
+{
+    auto* selectors = new QButtonGroup;
+    selectors->setParent(this);
+    const ZrJsonPtr texts = m_param->GetVarJsonPtr("selBtnText");
+    for (int i = 0; i < texts->ArrayCount(); ++i) {
+        auto* button = new QPushButton(texts->at(i)->safeStrValueW().toQString());
+        column->addWidget(button);
+        selectors->addButton(button, i);
+    }
+    connect(selectors, &QButtonGroup::idClicked, this, [this](int id) {
+        qDebug() << "m_pGroupSelectors = " << id;
+        m_param->SetDataI("selectedBtn", id);
+        accept();
+    });
+    column->setContentsMargins(0, 0, 0, 8);
+}
+
+void ZrQtMessageBox::buildChecks(QVBoxLayout* column)
+{
+    auto* checks = new QButtonGroup;
+    checks->setParent(this);
+    checks->setExclusive(false);
+    const ZrJsonPtr texts = m_param->GetVarJsonPtr("selCheckText");
+    for (int i = 0; i < texts->ArrayCount(); ++i) {
+        auto* box = new QCheckBox(texts->at(i)->safeStrValueW().toQString());
+        column->addWidget(box);
+        checks->addButton(box, i);
+    }
+    connect(checks, &QButtonGroup::idToggled, this, [this](int id, bool checked) {
+        // The mask has eight bits: boxes from the ninth on never show in it.
+        if (id < 8) {
+            if (checked)
+                m_checkMask |= uint8_t(1u << id);
+            else
+                m_checkMask &= uint8_t(~(1u << id));
+        }
+        qDebug() << "m_pGroupCheck = " << id << ", val = " << (checked ? "true" : "false");
+        m_param->SetDataI("selectedCheck", m_checkMask);
+    });
+    column->setContentsMargins(0, 0, 0, 8);
+}
+
+void ZrQtMessageBox::buildControlButtons(QHBoxLayout* row, int flag)
+{
+    // The buttons sit at the right.
+    row->addStretch(0);
+    m_pGroupBtns = new QButtonGroup;
+    m_pGroupBtns->setParent(this);
+    if (flag == kCustomButtons) {
+        const ZrJsonPtr texts = m_param->GetVarJsonPtr("btnText");
+        for (int i = 0; i < texts->ArrayCount(); ++i)
+            addControlButton(row, texts->at(i)->safeStrValueW().toQString(), QChar(), i);
+        if (texts->ArrayCount() == 0)
+            addControlButton(row, buttonText(kOk0), QChar(), 0);
+    } else {
+        const std::vector<ButtonChoice> choices = buttonSet(flag);
+        for (const ButtonChoice& choice : choices) {
+            QPushButton* button = addControlButton(row, buttonText(choice), QLatin1Char(choice.shortcut), choice.id);
+            // Yes and no: no is the safe answer.
+            if (flag == kYesNo && &choice == &choices[1] && button)
+                button->setFocus(Qt::OtherFocusReason);
+        }
+    }
+    row->setContentsMargins(0, 0, 0, 8);
+    connect(m_pGroupBtns, &QButtonGroup::idClicked, this, [this](int id) {
+        m_param->SetDataI("ControlBtn", id);
+        blockSignals(true);
+        accept();
+        blockSignals(false);
+    }, Qt::UniqueConnection);
 }
 
 QPushButton* ZrQtMessageBox::addControlButton(QHBoxLayout* row, const QString& text, QChar shortcut, int id)
