@@ -9,9 +9,11 @@
 #include "zrdrawingview.h"
 #include "zrhostmainwindow.h"
 #include "zrlayercombobox.h"
+#include "zrsavefile.h"
 #include "zrui.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QTest>
@@ -24,8 +26,12 @@ namespace {
 
 bool saveGrab(QWidget* widget, const QString& file)
 {
-    if (!widget->grab().save(file, "PNG")) {
-        ZrApp::printLine(stderr, QStringLiteral("zrhostapp: cannot write %1").arg(file));
+    QByteArray png;
+    QBuffer buffer(&png);
+    QString error;
+    if (!buffer.open(QIODevice::WriteOnly) || !widget->grab().save(&buffer, "PNG")
+        || !zrHostSaveFile(file, png, &error)) {
+        ZrApp::printLine(stderr, QStringLiteral("zrhostapp: cannot write %1").arg(error.isEmpty() ? file : error));
         return false;
     }
     ZrApp::printLine(stdout, file);

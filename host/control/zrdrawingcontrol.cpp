@@ -5,11 +5,11 @@
 #include "zrdbundo.h"
 #include "zrdocument.h"
 #include "zrhostdocuments.h"
+#include "zrsavefile.h"
 #include "zrsystem.h"
 #include "zruievents.h"
 
 #include <QFile>
-#include <QSaveFile>
 
 namespace {
 
@@ -72,13 +72,7 @@ bool saveDrawing(const QString& path, QString* error)
             *error = QStringLiteral("%1: no drawing is open").arg(path);
         return false;
     }
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(drawingText(database)) < 0 || !file.commit()) {
-        if (error)
-            *error = QStringLiteral("%1: %2").arg(path, file.errorString());
-        return false;
-    }
-    return true;
+    return zrHostSaveFile(path, drawingText(database), error);
 }
 
 QByteArray drawingText(ZrDbDatabase* database) { return database ? zrdbWriteDrawing(database) : QByteArray(); }

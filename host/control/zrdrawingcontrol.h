@@ -28,6 +28,8 @@ ZRHOSTCONTROL_EXPORT bool openDrawingText(const QByteArray& text, const QString&
 ZRHOSTCONTROL_EXPORT void openSampleDrawing();
 // A new drawing with the defaults only.
 ZRHOSTCONTROL_EXPORT void openEmptyDrawing();
+// Writes the current drawing whole or not at all; on failure the old file stays as it was and
+// `error` names the file.
 ZRHOSTCONTROL_EXPORT bool saveDrawing(const QString& path, QString* error = nullptr);
 ZRHOSTCONTROL_EXPORT QByteArray drawingText(ZrDbDatabase* database);
 // A drawing of `count` lines spread over `layers` layers, for benchmarks.

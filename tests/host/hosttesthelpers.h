@@ -10,10 +10,16 @@
 #include "zrreactor.h"
 #include "zrresbuf.h"
 
+#include <QFile>
 #include <QObject>
 #include <QTemporaryDir>
+#include <functional>
 #include <vector>
 
+#include <csignal>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 // A host of its own for each suite, with a new empty drawing for each test.
 class HostFixture : public QObject
@@ -107,3 +113,28 @@ private:
     int m_key = -1;
     std::vector<CZrGlobalUIReactorHelp> m_events;
 };
+
+// Runs `work` in a child process whose files cannot grow past `limit` bytes, as on a full disk.
+// SIGXFSZ is ignored there, so a write past the limit comes back short instead of ending the child.
+// Answers the child's exit code, which is what `work` answers; -1 when it did not exit.
+inline int inChildWithFileLimit(rlim_t limit, const std::function<int()>& work)
+{
+    fflush(nullptr);
+    const pid_t child = fork();
+    if (child == 0) {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit files{limit, limit};
+        setrlimit(RLIMIT_FSIZE, &files);
+        _exit(work());
+    }
+    int status = 0;
+    if (child < 0 || waitpid(child, &status, 0) != child)
+        return -1;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+inline QByteArray fileBytes(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}

@@ -1,12 +1,14 @@
 #include "zrconfig.h"
 
 #include "zrhostconfig.h"
+#include "zrsavefile.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QStandardPaths>
+#include <utility>
 
 namespace {
 
@@ -17,6 +19,10 @@ struct ConfigStores
     ZrJsonPtr system;
     ZrJsonPtr language;
     QString userFile;
+    // False when the user's file could not be read: it is never written over then.
+    bool userWritable = true;
+    // The last trouble told, so that a save that keeps failing says so once.
+    QString lastWarning;
     QString languageName = QStringLiteral("zh-CN");
 };
 
@@ -26,6 +32,13 @@ ConfigStores& stores()
     return state;
 }
 
+void warnOnce(const QString& message)
+{
+    if (message == std::exchange(stores().lastWarning, message))
+        return;
+    qWarning("%s", qPrintable(message));
+}
+
 ZrJsonPtr objectWith(const char* key, const ZrUtf8String& value)
 {
     ZrJsonPtr object = ElementValue::createObject(kZrJsonObject);
@@ -33,37 +46,94 @@ ZrJsonPtr objectWith(const char* key, const ZrUtf8String& value)
     return object;
 }
 
-} // namespace
-
-ZrJsonPtr zrHostReadConfigFile(const QString& file)
+QString kindOf(const ZrJsonPtr& tree)
 {
+    if (tree->isArray())
+        return QStringLiteral("an array");
+    if (tree->isString())
+        return QStringLiteral("a string");
+    if (tree->isNumber())
+        return QStringLiteral("a number");
+    if (tree->isBool())
+        return QStringLiteral("a boolean");
+    return QStringLiteral("null");
+}
+
+// Why a file's text is not a configuration; empty when it is one.
+QString faultOf(const QByteArray& text, ZrJsonPtr& tree)
+{
+    ZrJsonParseError error;
+    tree = ElementValue::parse(text.constData(), static_cast<size_t>(text.size()), &error);
+    if (!error.ok())
+        return QStringLiteral("line %1, column %2: %3").arg(error.line).arg(error.column).arg(error.message.toQString());
+    if (tree.isNull() || !tree->isObject())
+        return QStringLiteral("the whole file is %1, not an object").arg(tree.isNull() ? QStringLiteral("null") : kindOf(tree));
+    return QString();
+}
+
+// A damaged file goes aside under a name of its own, so that nothing of it is lost.
+QString keepAside(const QString& file)
+{
+    const QString stem = file + QStringLiteral(".damaged-")
+        + QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    QString aside = stem;
+    for (int n = 2; QFileInfo::exists(aside); ++n)
+        aside = stem + QLatin1Char('-') + QString::number(n);
+    return QFile::rename(file, aside) ? aside : QString();
+}
+
+// The user's tree from its file: empty when there is none yet, or when it cannot be used, which is
+// told once. `writable` is false when the file is there but could not be read or kept aside.
+ZrJsonPtr readUserConfig(const QString& file, bool& writable)
+{
+    writable = true;
+    const ZrJsonPtr empty = ElementValue::createObject(kZrJsonObject);
+    const QFileInfo info(file);
+    if (!info.exists())
+        return empty;
     QFile in(file);
-    if (in.open(QIODevice::ReadOnly)) {
-        const QByteArray text = in.readAll();
-        ZrJsonParseError error;
-        ZrJsonPtr tree = ElementValue::parse(text.constData(), static_cast<size_t>(text.size()), &error);
-        if (tree && tree->isObject())
-            return tree;
-        qWarning("user configuration %s is damaged (line %d, column %d: %s); starting from an empty one",
-                 qPrintable(file), error.line, error.column, error.message.c_str());
+    QByteArray text;
+    if (!info.isDir() && in.open(QIODevice::ReadOnly))
+        text = in.readAll();
+    if (info.isDir() || !in.isOpen() || in.error() != QFileDevice::NoError) {
+        writable = false;
+        warnOnce(QStringLiteral("user configuration %1 cannot be read (%2); running on defaults, the file is left as it is")
+                     .arg(file, info.isDir() ? QStringLiteral("it is a folder") : in.errorString()));
+        return empty;
     }
-    return ElementValue::createObject(kZrJsonObject);
+    ZrJsonPtr tree;
+    const QString fault = faultOf(text, tree);
+    if (fault.isEmpty())
+        return tree;
+    const QString aside = keepAside(file);
+    if (aside.isEmpty()) {
+        writable = false;
+        warnOnce(QStringLiteral("user configuration %1 is damaged (%2) and cannot be moved aside; running on "
+                                "defaults, the file is left as it is").arg(file, fault));
+    } else {
+        warnOnce(QStringLiteral("user configuration %1 is damaged (%2); it is kept as %3 and a new one is started")
+                     .arg(file, fault, aside));
+    }
+    return empty;
 }
 
-bool zrHostWriteConfigFile(const QString& file, const ZrJsonPtr& tree)
+bool writeUserConfig(const QString& file, const ZrJsonPtr& tree)
 {
-    if (file.isEmpty() || !tree)
-        return false;
-    QDir().mkpath(QFileInfo(file).absolutePath());
-    QSaveFile out(file);
-    if (!out.open(QIODevice::WriteOnly))
-        return false;
-    const ZrUtf8String text = tree->toJson(true);
-    out.write(text.c_str(), text.length());
-    return out.commit();
+    QString error;
+    const QString folder = QFileInfo(file).absolutePath();
+    if (!QDir().mkpath(folder)) {
+        error = QStringLiteral("%1: the folder %2 cannot be made").arg(file, folder);
+    } else {
+        const ZrUtf8String text = tree->toJson(true);
+        if (zrHostSaveFile(file, QByteArray(text.c_str(), static_cast<int>(text.length())), &error))
+            return true;
+    }
+    warnOnce(QStringLiteral("user configuration not saved: %1").arg(error));
+    return false;
 }
 
-ZrJsonPtr zrHostConfigNode(const ZrJsonPtr& root, const ZrUtf8String& path, bool create)
+// Walks "/" separated paths; with `create` missing objects are made on the way.
+ZrJsonPtr configNode(const ZrJsonPtr& root, const ZrUtf8String& path, bool create)
 {
     if (!root)
         return ZrJsonPtr();
@@ -82,24 +152,27 @@ ZrJsonPtr zrHostConfigNode(const ZrJsonPtr& root, const ZrUtf8String& path, bool
     return node;
 }
 
+} // namespace
+
 ZrJsonPtr zr_user_config(const ZrUtf8String& path, int mode)
 {
-    return zrHostConfigNode(stores().user, path, mode == 2);
+    return configNode(stores().user, path, mode == 2);
 }
 
 bool zr_save_user_config(const ZrUtf8String&)
 {
-    return zrHostWriteConfigFile(stores().userFile, stores().user);
+    const ConfigStores& state = stores();
+    return state.user && state.userWritable && !state.userFile.isEmpty() && writeUserConfig(state.userFile, state.user);
 }
 
 ZrJsonPtr zr_runtime_config(const ZrUtf8String& path)
 {
-    return zrHostConfigNode(stores().runtime, path, false);
+    return configNode(stores().runtime, path, false);
 }
 
 ZrJsonPtr zr_sys_config(const ZrUtf8String& path)
 {
-    return zrHostConfigNode(stores().system, path, false);
+    return configNode(stores().system, path, false);
 }
 
 ZrJsonPtr zr_language_config() { return stores().language; }
@@ -109,10 +182,22 @@ ZrUtf8String zr_sys_language() { return ZrUtf8String(stores().languageName); }
 void zrHostOpenConfig(const QString& folder, const QString& resourceRoot, const QString& language)
 {
     ConfigStores& state = stores();
-    const QString configDir = folder.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation)
-                                               : folder;
-    state.userFile = QDir(configDir).filePath(QStringLiteral("user-config.json"));
-    state.user = zrHostReadConfigFile(state.userFile);
+    state.lastWarning.clear();
+    // Without a home the configuration folder would fall to the root of the file system.
+    const bool homeless = folder.isEmpty() && qEnvironmentVariableIsEmpty("HOME")
+        && qEnvironmentVariableIsEmpty("XDG_CONFIG_HOME");
+    const QString configDir = !folder.isEmpty() ? folder
+        : homeless                              ? QString()
+                                                : QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation);
+    if (homeless) {
+        state.userFile.clear();
+        state.userWritable = false;
+        state.user = ElementValue::createObject(kZrJsonObject);
+        warnOnce(QStringLiteral("no home folder (HOME is not set): the user configuration runs on defaults and is not saved"));
+    } else {
+        state.userFile = QDir(configDir).filePath(QStringLiteral("user-config.json"));
+        state.user = readUserConfig(state.userFile, state.userWritable);
+    }
     state.runtime = ElementValue::createObject(kZrJsonObject);
     state.runtime->SetDataS("ResRootPath", ZrUtf8String(resourceRoot));
     state.runtime->SetDataJ("paths", objectWith("templatePaths", ZrUtf8String(configDir + "/Template")));
