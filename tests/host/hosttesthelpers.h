@@ -12,6 +12,7 @@
 
 #include <QFile>
 #include <QObject>
+#include <QStringList>
 #include <QTemporaryDir>
 #include <functional>
 #include <vector>
@@ -138,3 +139,27 @@ inline QByteArray fileBytes(const QString& path)
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
+
+inline QStringList& configurationWarnings()
+{
+    static QStringList warnings;
+    return warnings;
+}
+
+inline void collectConfigurationWarning(QtMsgType type, const QMessageLogContext&, const QString& message)
+{
+    if (type == QtWarningMsg && message.contains(QLatin1String("configuration")))
+        configurationWarnings() << message;
+}
+
+// Collects what the host warns of the user configuration while it lives.
+class WarningLog
+{
+public:
+    WarningLog() : m_previous(qInstallMessageHandler(collectConfigurationWarning)) { configurationWarnings().clear(); }
+    ~WarningLog() { qInstallMessageHandler(m_previous); }
+    const QStringList& warnings() const { return configurationWarnings(); }
+
+private:
+    QtMessageHandler m_previous;
+};

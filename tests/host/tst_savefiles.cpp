@@ -18,14 +18,6 @@ namespace {
 // What a child reports back through its exit code.
 enum ChildAnswer { kToldWithName = 0, kClaimedSuccess = 1, kToldWithoutName = 2, kToldMoreThanOnce = 3 };
 
-QStringList g_warnings;
-
-void collectWarnings(QtMsgType type, const QMessageLogContext&, const QString& message)
-{
-    if (type == QtWarningMsg)
-        g_warnings << message;
-}
-
 // Sets or clears the append-only flag of a folder: files can be made in it, none renamed or removed.
 // False where the file system or the user's rights do not allow it.
 bool setAppendOnly(const QString& folder, bool on)
@@ -49,6 +41,14 @@ class ZrSaveFileTest : public HostFixture
 {
     Q_OBJECT
 
+    // A file with the empty drawing in it, which the failing saves below must leave as it is.
+    static QString oldDrawingFile(const QTemporaryDir& dir)
+    {
+        const QString path = dir.filePath(QStringLiteral("plan.json"));
+        ZrHostControl::openEmptyDrawing();
+        return ZrHostControl::saveDrawing(path) ? path : QString();
+    }
+
 private Q_SLOTS:
     void initTestCase() { startHost(); }
     void cleanupTestCase() { ZrHostControl::shutdown(); }
@@ -56,9 +56,8 @@ private Q_SLOTS:
     void drawingSavedPartwayIsAFailureAndKeepsTheOldFile()
     {
         QTemporaryDir dir;
-        const QString path = dir.filePath(QStringLiteral("plan.json"));
-        ZrHostControl::openEmptyDrawing();
-        QVERIFY(ZrHostControl::saveDrawing(path));
+        const QString path = oldDrawingFile(dir);
+        QVERIFY(!path.isEmpty());
         const QByteArray old = fileBytes(path);
         QVERIFY(!old.isEmpty());
 
@@ -87,9 +86,8 @@ private Q_SLOTS:
     void aFileThatCannotBeReplacedIsAFailure()
     {
         QTemporaryDir dir;
-        const QString path = dir.filePath(QStringLiteral("plan.json"));
-        ZrHostControl::openEmptyDrawing();
-        QVERIFY(ZrHostControl::saveDrawing(path));
+        const QString path = oldDrawingFile(dir);
+        QVERIFY(!path.isEmpty());
         const QByteArray old = fileBytes(path);
         // The new text is written whole; only putting it in place of the old file fails.
         if (!setAppendOnly(dir.path(), true))
@@ -116,13 +114,13 @@ private Q_SLOTS:
         for (int i = 0; i < 40; ++i)
             recent->SetDataS(QByteArray("file").append(QByteArray::number(i)).constData(), "/drawings/floor-plan.json");
         const int answer = inChildWithFileLimit(old.size() + 64, [&file] {
-            qInstallMessageHandler(collectWarnings);
+            const WarningLog log;
             if (zr_save_user_config(""))
                 return kClaimedSuccess;
             zr_save_user_config("");
-            if (g_warnings.size() != 1)
+            if (log.warnings().size() != 1)
                 return kToldMoreThanOnce;
-            return g_warnings.front().contains(file) ? kToldWithName : kToldWithoutName;
+            return log.warnings().front().contains(file) ? kToldWithName : kToldWithoutName;
         });
         QCOMPARE(answer, int(kToldWithName));
         QCOMPARE(fileBytes(file), old);

@@ -16,26 +16,6 @@
 
 namespace {
 
-QStringList g_warnings;
-
-void collectWarnings(QtMsgType type, const QMessageLogContext&, const QString& message)
-{
-    if (type == QtWarningMsg && message.contains(QLatin1String("configuration")))
-        g_warnings << message;
-}
-
-// Collects what the host warns of the user configuration while it lives.
-class WarningLog
-{
-public:
-    WarningLog() : m_previous(qInstallMessageHandler(collectWarnings)) { g_warnings.clear(); }
-    ~WarningLog() { qInstallMessageHandler(m_previous); }
-    const QStringList& warnings() const { return g_warnings; }
-
-private:
-    QtMessageHandler m_previous;
-};
-
 // Sets environment variables for one test and puts them back.
 class Environment
 {
