@@ -7,6 +7,7 @@
 #include <QDialog>
 #include <QGuiApplication>
 #include <QMessageBox>
+#include <QPointer>
 #include <QWidget>
 
 class ZrQtUIModalDialogBaseImpl
@@ -15,7 +16,8 @@ public:
     ZrJsonPtr m_param;
     ZrRxObjectPtr m_helper;
     ZrJsonPtr m_result = ElementValue::createObject(kZrJsonObject);
-    QWidget* m_widget = nullptr;
+    // Guarded: a parent that goes (the document closed during a pick) takes the widget with it.
+    QPointer<QWidget> m_widget;
     int m_flags = 0;
     std::function<void(void*)> m_beginFunc;
     void* m_beginFuncArg = nullptr;
@@ -84,7 +86,7 @@ int ZrQtUIModalDialogBase::doModal()
 
 int ZrQtUIModalDialogBase::subDoModalGeneral()
 {
-    auto* dialog = static_cast<QDialog*>(m_pImpl->m_widget);
+    const QPointer<QDialog> dialog(static_cast<QDialog*>(m_pImpl->m_widget.data()));
     ++ZrQtUIModalDialogBaseImpl::m_iModalDlgCount;
     setArrowCursor();
     m_pImpl->m_result->SetDataI("result", kZrDlgNotEnded);
@@ -94,15 +96,19 @@ int ZrQtUIModalDialogBase::subDoModalGeneral()
         ret = kZrDlgTempExit;
     m_pImpl->runBeginFunc();
     // A return to the dialog after a pick in the drawing runs the loop again; its temporary
-    // exits are not told apart from a cancel.
-    while (m_pImpl->m_reenter) {
+    // exits are not told apart from a cancel. A dialog that went meanwhile, with the document
+    // that held it, ends the run as a cancel.
+    while (m_pImpl->m_reenter && dialog) {
         m_pImpl->m_reenter = false;
         setArrowCursor();
         ret = dialog->exec();
         m_pImpl->runBeginFunc();
         QGuiApplication::restoreOverrideCursor();
     }
-    return ret;
+    if (dialog)
+        return ret;
+    m_pImpl->m_reenter = false;
+    return QDialog::Rejected;
 }
 
 void ZrQtUIModalDialogBase::doModalAfter(int ret)
