@@ -126,16 +126,25 @@ private Q_SLOTS:
             for (int i = 0; i < 40; ++i) {
                 const QString name = i % 7 == 0 ? stem + QString(i / 7, QLatin1Char('-')) : stem + QString::number(i * 37 % 101);
                 if (!added.contains(name, Qt::CaseInsensitive)) {
-                    addLayer(name);
+                    addLayer(name, {name.endsWith(QLatin1Char('7'))});
                     added << name;
                 }
             }
         }
         ZrArray<zrqthelper::SigleLayerData> layers;
         zrqthelper::getLayerInfos(layers);
-        QCOMPARE(layers.length(), added.size() + 1);
         for (int i = 1; i < layers.length(); ++i)
             QVERIFY2(!zrqthelper::compareLayerInfo(layers[i], layers[i - 1]), qPrintable(layers[i].name.toQString()));
+        // Every name comes out once, with the records it came with.
+        QStringList names;
+        for (const zrqthelper::SigleLayerData& layer : layers) {
+            names << layer.name.toQString();
+            QCOMPARE(layer.frozen, layer.name.toQString().endsWith(QLatin1Char('7')));
+        }
+        added << QStringLiteral("0");
+        names.sort();
+        added.sort();
+        QCOMPARE(names, added);
     }
 
     void blockNamesLeaveSpacesReferencesAndAnonymousOut()

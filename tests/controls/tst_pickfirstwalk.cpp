@@ -307,6 +307,19 @@ private Q_SLOTS:
         QCOMPARE(probe.pairs.size(), size_t(3));
     }
 
+    void nullRecordsKeepTheWalkGoing()
+    {
+        const std::vector<ZrDbObjectId> ids = lines(6);
+        select(ids);
+        Probe probe(ids, 1);
+        Probe trigger(ids, 1);
+        trigger.revive = &probe;
+        walk({nullptr, &probe, &trigger});
+        // The null record counts in the array's length like any other, so the walk goes on to the
+        // end and reaches the revived probe in every later step.
+        QCOMPARE(probe.pairs.size(), size_t(3));
+    }
+
     // The rules of update() for each record, member by member, on objects that carry the value.
     void updateRulesPerRecord_data()
     {

@@ -357,14 +357,6 @@ private Q_SLOTS:
         QVERIFY(!out.param->hasProperty("selectedCheck"));
     }
 
-    void maximizeHintKey()
-    {
-        runBox(R"({"WindowMaximizeButtonHint":true})", [](QDialog* box) {
-            QVERIFY(!(box->windowFlags() & Qt::WindowMaximizeButtonHint));
-            box->reject();
-        });
-    }
-
     void nullParameterObjectShowsNothing()
     {
         ZrSmartPtr<ZrQtCommonUISvr> service(zrUISvr(48).get());

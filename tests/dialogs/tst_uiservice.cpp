@@ -74,6 +74,7 @@ private Q_SLOTS:
         QTest::newRow("empty") << "" << false;
         QTest::newRow("unknown") << "About" << false;
         QTest::newRow("prefix") << "Message" << false;
+        QTest::newRow("longer") << "MessageBoxEx" << false;
     }
 
     void namesMatchInAnyCase()
@@ -87,12 +88,6 @@ private Q_SLOTS:
             QCOMPARE(zrrxNumRefs(dialog.get()), 1);
             QVERIFY(qobject_cast<ZrQtMessageBox*>(static_cast<QDialog*>(dialog->getDlg())));
         }
-    }
-
-    void dialogsStillToComeAnswerNull()
-    {
-        for (const wchar_t* name : {L"FileDialogBox", L"TaskDialog", L"ColorDialog", L"FontDialog"})
-            QVERIFY(service()->createDialog(ZrString(name), nullptr).isNull());
     }
 
     void messageBoxStacksOnOpenModalDialog()
@@ -134,26 +129,6 @@ private Q_SLOTS:
         QVERIFY(!QApplication::activeWindow());
         ZrSmartPtr<ZrUiDialogBase> box = service()->createDialog(ZrString(L"MessageBox"), nullptr);
         QCOMPARE(static_cast<QWidget*>(box->getDlg())->parentWidget(), &target);
-    }
-
-    void orderRecordIsReplacedWhole()
-    {
-        QCOMPARE(service()->getUpdateDbHelpInfo().property, zrqthelper::Entity_Color);
-        QVERIFY(service()->getUpdateDbHelpInfo().value.styleId.isNull());
-
-        SZrGlobalUIUpdateDbHelp order;
-        order.property = zrqthelper::Entity_Layer;
-        order.value.styleId = ZrDbObjectId(42);
-        order.value.styleName = ZrString(L"墙体");
-        service()->setUpdateDbHelpInfo(order);
-        const SZrGlobalUIUpdateDbHelp& kept = service()->getUpdateDbHelpInfo();
-        QCOMPARE(kept.property, zrqthelper::Entity_Layer);
-        QCOMPARE(kept.value.styleId, ZrDbObjectId(42));
-        QCOMPARE(kept.value.styleName.toQString(), QStringLiteral("墙体"));
-
-        service()->setUpdateDbHelpInfo(SZrGlobalUIUpdateDbHelp());
-        QVERIFY(kept.value.styleId.isNull());
-        QVERIFY(kept.value.styleName.isEmpty());
     }
 
     void commandIgnoresUnknownKindAndEmptySlot()
