@@ -76,10 +76,11 @@ void shutdown()
     while (documents->curDocument())
         documents->closeDocument(documents->curDocument());
     zrHostCloseConfig();
+    ZrHostMacros& macros = zrHostMacros();
+    macros.queue.clear();
+    macros.listener = nullptr;
+    macros.commandListener = nullptr;
     ZrHostUi& ui = zrHostUi();
-    ui.macroQueue.clear();
-    ui.macroListener = nullptr;
-    ui.commandListener = nullptr;
     ui.messageAnswers.clear();
     ui.mainWindow = ui.targetWindow = ui.viewWindow = nullptr;
     zrHostDocuments().drawingSurfaceActive = false;
@@ -108,17 +109,17 @@ void setViewWindow(QWidget* window) { zrHostUi().viewWindow = window; }
 
 void setMacroListener(std::function<void(const MacroCall&)> listener)
 {
-    zrHostUi().macroListener = std::move(listener);
+    zrHostMacros().listener = std::move(listener);
 }
 
 void setCommandListener(std::function<void(const QString&, bool)> listener)
 {
-    zrHostUi().commandListener = std::move(listener);
+    zrHostMacros().commandListener = std::move(listener);
 }
 
 QVector<MacroCall> queuedMacros()
 {
-    const auto& queue = zrHostUi().macroQueue;
+    const auto& queue = zrHostMacros().queue;
     return QVector<MacroCall>(queue.begin(), queue.end());
 }
 

@@ -3,6 +3,7 @@
 // the module never includes it.
 
 #include "zrhostcontrol_export.h"
+#include "zrhostmacros.h"
 #include "zrhostui.h"
 
 #include <QHash>

@@ -4,8 +4,6 @@
 #include "zrhostui.h"
 #include "zruidialog.h"
 
-#include <QCoreApplication>
-#include <QTimer>
 #include <QWidget>
 
 ZrJsonPtr zruiShowModelDialogEx(int slot, const ZrString& name, ZrJsonPtr param, ZrRxObjectPtr helper,
@@ -107,49 +105,4 @@ void zruiSetFocus(void* window)
 
 int zredGetCurrentTheme() { return zrHostUi().theme; }
 
-int zredMenuMacro(const wchar_t* macro, bool echo, bool asCommand)
-{
-    if (!macro)
-        return 1;
-    ZrHostUi& host = zrHostUi();
-    const ZrHostMacroCall call{QString::fromWCharArray(macro), echo, asCommand};
-    host.macroQueue.enqueue(call);
-    if (host.macroListener)
-        host.macroListener(call);
-    // Queued strings run from the event loop, after the caller has returned, as typed input would.
-    if (!host.macroRunScheduled && QCoreApplication::instance()) {
-        host.macroRunScheduled = true;
-        QTimer::singleShot(0, QCoreApplication::instance(), zrHostRunQueuedMacros);
-    }
-    return 0;
-}
-
 void zredFunHelp(const ZrString& topic) { zrHostUi().helpTopics << topic.toQString(); }
-
-namespace {
-
-// The leading word of a command string, without the prefixes of the command line.
-QString commandWord(QString text)
-{
-    while (text.startsWith(QLatin1String("^C")))
-        text.remove(0, 2);
-    text = text.trimmed();
-    while (!text.isEmpty() && QStringLiteral("_.-'").contains(text.front()))
-        text.remove(0, 1);
-    return text.section(QLatin1Char(' '), 0, 0, QString::SectionSkipEmpty);
-}
-
-} // namespace
-
-void zrHostRunQueuedMacros()
-{
-    ZrHostUi& host = zrHostUi();
-    host.macroRunScheduled = false;
-    while (!host.macroQueue.isEmpty()) {
-        const QString word = commandWord(host.macroQueue.dequeue().text);
-        auto* commands = ZrEdCommandStack::cast(zrrxSysRegistry() ? zrrxSysRegistry()->at(ACRX_COMMAND_DOCK) : nullptr);
-        const bool known = commands && !word.isEmpty() && commands->runCommand(ZrString(word));
-        if (host.commandListener)
-            host.commandListener(word, known);
-    }
-}
