@@ -105,6 +105,22 @@ QString wrapMessage(const QString& msg, const QFontMetrics& metrics)
     return wrapped;
 }
 
+// One button per string of `texts` in a column, and in a new group of the dialog with its index as id.
+template <class Button>
+QButtonGroup* buttonColumn(QDialog* dialog, QVBoxLayout* column, const ZrJsonPtr& texts, bool exclusive)
+{
+    auto* group = new QButtonGroup;
+    group->setParent(dialog);
+    group->setExclusive(exclusive);
+    for (int i = 0; i < texts->ArrayCount(); ++i) {
+        auto* button = new Button(texts->at(i)->safeStrValueW().toQString());
+        column->addWidget(button);
+        group->addButton(button, i);
+    }
+    column->setContentsMargins(0, 0, 0, 8);
+    return group;
+}
+
 } // namespace
 
 ZrQtMessageBox::ZrQtMessageBox(ZrQtUIModalDialogBase* base, QWidget* parent, QFlags<Qt::WindowType> flags)
@@ -190,33 +206,17 @@ void ZrQtMessageBox::buildMessageRow(QHBoxLayout* row, const QString& msg, int d
 
 void ZrQtMessageBox::buildSelectors(QVBoxLayout* column)
 {
-    auto* selectors = new QButtonGroup;
-    selectors->setParent(this);
-    const ZrJsonPtr texts = m_param->GetVarJsonPtr("selBtnText");
-    for (int i = 0; i < texts->ArrayCount(); ++i) {
-        auto* button = new QPushButton(texts->at(i)->safeStrValueW().toQString());
-        column->addWidget(button);
-        selectors->addButton(button, i);
-    }
+    QButtonGroup* selectors = buttonColumn<QPushButton>(this, column, m_param->GetVarJsonPtr("selBtnText"), true);
     connect(selectors, &QButtonGroup::idClicked, this, [this](int id) {
         qDebug() << "m_pGroupSelectors = " << id;
         m_param->SetDataI("selectedBtn", id);
         accept();
     });
-    column->setContentsMargins(0, 0, 0, 8);
 }
 
 void ZrQtMessageBox::buildChecks(QVBoxLayout* column)
 {
-    auto* checks = new QButtonGroup;
-    checks->setParent(this);
-    checks->setExclusive(false);
-    const ZrJsonPtr texts = m_param->GetVarJsonPtr("selCheckText");
-    for (int i = 0; i < texts->ArrayCount(); ++i) {
-        auto* box = new QCheckBox(texts->at(i)->safeStrValueW().toQString());
-        column->addWidget(box);
-        checks->addButton(box, i);
-    }
+    QButtonGroup* checks = buttonColumn<QCheckBox>(this, column, m_param->GetVarJsonPtr("selCheckText"), false);
     connect(checks, &QButtonGroup::idToggled, this, [this](int id, bool checked) {
         // The mask has eight bits: boxes from the ninth on never show in it.
         if (id < 8) {
@@ -228,7 +228,6 @@ void ZrQtMessageBox::buildChecks(QVBoxLayout* column)
         qDebug() << "m_pGroupCheck = " << id << ", val = " << (checked ? "true" : "false");
         m_param->SetDataI("selectedCheck", m_checkMask);
     });
-    column->setContentsMargins(0, 0, 0, 8);
 }
 
 void ZrQtMessageBox::buildControlButtons(QHBoxLayout* row, int flag)

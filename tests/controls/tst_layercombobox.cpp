@@ -259,10 +259,7 @@ private Q_SLOTS:
 
     void pickerReturnsFromAFrozenLayer()
     {
-        m_box.reset(new ZrLayerComboBox(0, nullptr));
-        ZrLayerComboBox& box = *m_box;
-        box.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        ZrLayerComboBox& box = picker();
         pick(box, QStringLiteral("Beta"));
         QCOMPARE(box.currentText(), QStringLiteral("Beta"));
         QSignalSpy picked(&box, &ZrLayerComboBox::layerItemChanged);
@@ -277,10 +274,7 @@ private Q_SLOTS:
     // With a selection a frozen layer may take the objects: the picker keeps it.
     void pickerKeepsAFrozenLayerWithASelection()
     {
-        m_box.reset(new ZrLayerComboBox(0, nullptr));
-        ZrLayerComboBox& box = *m_box;
-        box.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        ZrLayerComboBox& box = picker();
         pick(box, QStringLiteral("Beta"));
         select({addLine()});
         QSignalSpy picked(&box, &ZrLayerComboBox::layerItemChanged);
@@ -318,9 +312,12 @@ private Q_SLOTS:
     }
 
 private:
-    ZrLayerComboBox& bound(int mode = 0)
+    ZrLayerComboBox& bound(int mode = 0) { return shown(new ZrLayerComboBox(true, mode, nullptr)); }
+    ZrLayerComboBox& picker() { return shown(new ZrLayerComboBox(0, nullptr)); }
+
+    ZrLayerComboBox& shown(ZrLayerComboBox* box)
     {
-        m_box.reset(new ZrLayerComboBox(true, mode, nullptr));
+        m_box.reset(box);
         m_box->show();
         if (!QTest::qWaitForWindowExposed(m_box.get()))
             qWarning("the box was never shown");

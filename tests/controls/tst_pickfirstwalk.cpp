@@ -277,47 +277,41 @@ private Q_SLOTS:
         QCOMPARE(color.status, SPickFirstInfo::kNoDocument);
     }
 
-    void endsWhenEveryRecordVaries()
+    // The walk stops once as many records have varied as the array holds. The trigger sets the
+    // probe back once both have varied, so only a further step could reach the probe again: a
+    // null entry and a record that varied before the walk count in the array's length, and with
+    // one of them the walk goes on to the end.
+    void walkEndsWhenEveryEntryHasVaried_data()
     {
-        const std::vector<ZrDbObjectId> ids = lines(6);
-        select(ids);
-        // The trigger sets the first probe back once both have varied: only a further step could
-        // then reach it again.
-        Probe probe(ids, 1);
-        Probe trigger(ids, 1);
-        trigger.revive = &probe;
-        walk({&probe, &trigger});
-        QCOMPARE(probe.pairs.size(), size_t(1));
-        QCOMPARE(trigger.pairs.size(), size_t(1));
+        QTest::addColumn<QString>("extra");
+        QTest::addColumn<int>("steps");
+        QTest::newRow("none") << QString() << 1;
+        QTest::newRow("varied before") << QStringLiteral("varied") << 3;
+        QTest::newRow("null") << QStringLiteral("null") << 3;
     }
 
-    void recordsThatVariedBeforeAreSkippedAndKeepTheWalkGoing()
+    void walkEndsWhenEveryEntryHasVaried()
     {
+        QFETCH(QString, extra);
+        QFETCH(int, steps);
         const std::vector<ZrDbObjectId> ids = lines(6);
         select(ids);
         Probe before(ids);
+        Probe probe(ids, 1);
+        Probe trigger(ids, 1);
+        trigger.revive = &probe;
+        probe.reset();
+        trigger.reset();
         before.status = SPickFirstInfo::kVaries;
-        Probe probe(ids, 1);
-        Probe trigger(ids, 1);
-        trigger.revive = &probe;
-        walk({&before, &probe, &trigger}, false);
+        ZrArray<SPickFirstInfo*> records;
+        if (!extra.isEmpty())
+            records.append(extra == QLatin1String("null") ? nullptr : &before);
+        records.append(&probe);
+        records.append(&trigger);
+        zrqthelper::getPickFirstInfos(records);
+        QCOMPARE(probe.pairs.size(), size_t(steps));
+        QCOMPARE(trigger.pairs.size(), size_t(1));
         QVERIFY(before.pairs.empty());
-        // The record that varied before still counts in the array's length, so the walk goes on
-        // to the end and reaches the revived probe in every later step.
-        QCOMPARE(probe.pairs.size(), size_t(3));
-    }
-
-    void nullRecordsKeepTheWalkGoing()
-    {
-        const std::vector<ZrDbObjectId> ids = lines(6);
-        select(ids);
-        Probe probe(ids, 1);
-        Probe trigger(ids, 1);
-        trigger.revive = &probe;
-        walk({nullptr, &probe, &trigger});
-        // The null record counts in the array's length like any other, so the walk goes on to the
-        // end and reaches the revived probe in every later step.
-        QCOMPARE(probe.pairs.size(), size_t(3));
     }
 
     // The rules of update() for each record, member by member, on objects that carry the value.
