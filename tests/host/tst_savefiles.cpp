@@ -9,31 +9,10 @@
 #include <QDir>
 #include <QTest>
 
-#include <fcntl.h>
-#include <linux/fs.h>
-#include <sys/ioctl.h>
-
 namespace {
 
 // What a child reports back through its exit code.
 enum ChildAnswer { kToldWithName = 0, kClaimedSuccess = 1, kToldWithoutName = 2, kToldMoreThanOnce = 3 };
-
-// Sets or clears the append-only flag of a folder: files can be made in it, none renamed or removed.
-// False where the file system or the user's rights do not allow it.
-bool setAppendOnly(const QString& folder, bool on)
-{
-    const int fd = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY);
-    if (fd < 0)
-        return false;
-    int flags = 0;
-    bool done = ioctl(fd, FS_IOC_GETFLAGS, &flags) == 0;
-    if (done) {
-        flags = on ? flags | FS_APPEND_FL : flags & ~FS_APPEND_FL;
-        done = ioctl(fd, FS_IOC_SETFLAGS, &flags) == 0;
-    }
-    ::close(fd);
-    return done;
-}
 
 } // namespace
 

@@ -159,6 +159,26 @@ private Q_SLOTS:
         QCOMPARE(log.warnings().size(), 1);
     }
 
+    void aDamagedFileThatCannotBeMovedAsideIsLeftAlone()
+    {
+        QTemporaryDir dir;
+        const QString file = dir.filePath(QStringLiteral("user-config.json"));
+        QVERIFY(writeFile(file, "{\"cut\": "));
+        if (!setAppendOnly(dir.path(), true))
+            QSKIP("this file system or user cannot make a folder append-only");
+        WarningLog log;
+        startHostIn(dir.path());
+        zr_user_config("Probe", 2);
+        const bool saved = zr_save_user_config("");
+        ZrHostControl::shutdown();
+        setAppendOnly(dir.path(), false);
+        QVERIFY(!saved);
+        QCOMPARE(fileBytes(file), QByteArray("{\"cut\": "));
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{QStringLiteral("user-config.json")});
+        QCOMPARE(log.warnings().size(), 1);
+        QVERIFY2(log.warnings().front().contains(file), qPrintable(log.warnings().front()));
+    }
+
     void aFileThatCannotBeReadIsLeftAlone()
     {
         QTemporaryDir dir;

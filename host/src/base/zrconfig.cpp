@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
+#include <cstdio>
 #include <utility>
 
 namespace {
@@ -79,7 +80,9 @@ QString keepAside(const QString& file)
     QString aside = stem;
     for (int n = 2; QFileInfo::exists(aside); ++n)
         aside = stem + QLatin1Char('-') + QString::number(n);
-    return QFile::rename(file, aside) ? aside : QString();
+    // rename() itself: Qt's renames fall back to a copy or a second link, which a failure leaves behind.
+    const bool moved = std::rename(QFile::encodeName(file).constData(), QFile::encodeName(aside).constData()) == 0;
+    return moved ? aside : QString();
 }
 
 // The user's tree from its file: empty when there is none yet, or when it cannot be used, which is
