@@ -16,7 +16,8 @@ namespace ZrHostControl {
 
 struct Options
 {
-    // Folder of the user configuration file; empty takes the user's configuration folder.
+    // Folder of the user configuration file; empty takes the user's configuration folder, and without
+    // a HOME the run is on defaults.
     QString configDir;
     // "ResRootPath": the folder that holds ImageRes/ and RibbonIcon/.
     QString resourceRoot;
@@ -38,6 +39,7 @@ ZRHOSTCONTROL_EXPORT void setTheme(int theme);
 ZRHOSTCONTROL_EXPORT void setResourceRoot(const QString& root);
 ZRHOSTCONTROL_EXPORT void setLanguageTexts(const QHash<QString, QString>& texts);
 ZRHOSTCONTROL_EXPORT void setLanguageServiceEnabled(bool enabled);
+// Empty when the run has no configuration folder.
 ZRHOSTCONTROL_EXPORT QString userConfigFile();
 
 ZRHOSTCONTROL_EXPORT void setMainWindow(QWidget* window);

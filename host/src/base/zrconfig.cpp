@@ -49,6 +49,8 @@ ZrJsonPtr objectWith(const char* key, const ZrUtf8String& value)
 
 QString kindOf(const ZrJsonPtr& tree)
 {
+    if (tree.isNull())
+        return QStringLiteral("null");
     if (tree->isArray())
         return QStringLiteral("an array");
     if (tree->isString())
@@ -68,7 +70,7 @@ QString faultOf(const QByteArray& text, ZrJsonPtr& tree)
     if (!error.ok())
         return QStringLiteral("line %1, column %2: %3").arg(error.line).arg(error.column).arg(error.message.toQString());
     if (tree.isNull() || !tree->isObject())
-        return QStringLiteral("the whole file is %1, not an object").arg(tree.isNull() ? QStringLiteral("null") : kindOf(tree));
+        return QStringLiteral("the whole file is %1, not an object").arg(kindOf(tree));
     return QString();
 }
 
