@@ -21,6 +21,11 @@ namespace {
 constexpr char kFormat[] = "zrdrawing";
 constexpr int kVersion = 1;
 constexpr int kMaxTableCells = 1000;
+// Coordinates, sizes, scales and angles beyond this lose every unit of a drawing to rounding and
+// overflow once multiplied: the host does not hold them.
+constexpr double kLargestValue = 1e15;
+// Values quoted in messages are cut here, so that a huge one cannot flood the user.
+constexpr int kQuotedLength = 40;
 
 // A fault in the file's content: the message names the object and the field.
 struct FileFault
@@ -30,7 +35,12 @@ struct FileFault
 
 [[noreturn]] void fail(const QString& where, const QString& what) { throw FileFault{where + QStringLiteral(": ") + what}; }
 
-QString quoted(const QString& text) { return QLatin1Char('"') + text + QLatin1Char('"'); }
+QString excerpt(const QString& text)
+{
+    return text.size() <= kQuotedLength ? text : text.left(kQuotedLength) + QStringLiteral("…");
+}
+
+QString quoted(const QString& text) { return QLatin1Char('"') + excerpt(text) + QLatin1Char('"'); }
 
 // An object of the file being read, and where it stands in the file for messages.
 class Node
@@ -169,6 +179,10 @@ private:
         const double value = found->safeRealValue();
         if (!std::isfinite(value))
             fault(key, QStringLiteral("is not a finite number"));
+        if (std::fabs(value) > kLargestValue)
+            fault(key, QStringLiteral("%1 is beyond the largest value a drawing holds, %2")
+                           .arg(excerpt(QString::fromStdString(found->toJson().std())))
+                           .arg(kLargestValue));
         return value;
     }
     ZrGePoint3d pointOf(const ZrJsonPtr& found, const char* key) const
@@ -227,8 +241,10 @@ void readObjectFields(const Node& node, ZrDbObject* object)
             break;
         case ZrRbValue::kPoint:
             fits = value->isArray() && value->ArrayCount() == 3;
-            for (int i = 0; fits && i < 3; ++i)
+            for (int i = 0; fits && i < 3; ++i) {
+                fits = value->at(i)->isNumber();
                 rb->resval.rpoint[i] = value->at(i)->safeRealValue();
+            }
             break;
         case ZrRbValue::kNone: fits = false; break;
         }
@@ -666,6 +682,9 @@ private:
             const ZrJsonPtr value = variables.value(key);
             if (!value)
                 continue;
+            // Numbers are checked before the buffer is made, which a refusal would leave behind.
+            const double real = value->isNumber() ? variables.real(key, 0.0) : 0.0;
+            const ZrGePoint3d point = value->isArray() ? variables.point(key) : ZrGePoint3d();
             ZrResBuf* rb = zrutNewRb(RTNONE);
             if (value->isString()) {
                 zrrbSetString(rb, value->safeStrValueW());
@@ -674,14 +693,15 @@ private:
                 rb->resval.rint = static_cast<short>(value->safeIntValue());
             } else if (value->isNumber()) {
                 rb->restype = RTREAL;
-                rb->resval.rreal = value->safeRealValue();
-            } else if (value->isArray() && value->ArrayCount() == 3) {
+                rb->resval.rreal = real;
+            } else if (value->isArray()) {
                 rb->restype = RT3DPOINT;
-                for (int c = 0; c < 3; ++c)
-                    rb->resval.rpoint[c] = value->at(c)->safeRealValue();
+                rb->resval.rpoint[0] = point.x;
+                rb->resval.rpoint[1] = point.y;
+                rb->resval.rpoint[2] = point.z;
             }
             const int status = zrdbSetVariable(m_database, ZrString(zrdbVariableDefinition(i).name), rb);
-            const QString shown = QString::fromStdString(value->toJson().std());
+            const QString shown = excerpt(QString::fromStdString(value->toJson().std()));
             zrutRelRb(rb);
             if (status != RTNORM)
                 variables.fault(key, QStringLiteral("%1 is not a value it takes").arg(shown));

@@ -475,6 +475,8 @@ public:
         static const char kByteOrderMark[] = "\xEF\xBB\xBF";
         if (remaining() >= 3 && std::memcmp(m_pos, kByteOrderMark, 3) == 0)
             m_pos += 3;
+        if (looksLikeUtf16())
+            return fail("UTF-16 text, where UTF-8 is expected");
         ZrJsonPtr value = parseValue(0);
         if (!value)
             return value;
@@ -487,6 +489,16 @@ public:
 
 private:
     size_t remaining() const { return static_cast<size_t>(m_end - m_pos); }
+
+    // Its byte order mark, or a zero byte beside the first character: JSON in UTF-8 has neither.
+    bool looksLikeUtf16() const
+    {
+        if (remaining() < 2)
+            return false;
+        const auto first = static_cast<unsigned char>(m_pos[0]);
+        const auto second = static_cast<unsigned char>(m_pos[1]);
+        return (first == 0xFF && second == 0xFE) || (first == 0xFE && second == 0xFF) || (first == 0) != (second == 0);
+    }
     bool atEnd() const { return m_pos == m_end; }
 
     bool reject(const char* message, const char* at)
