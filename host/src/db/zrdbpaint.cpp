@@ -24,6 +24,14 @@ constexpr int kMaxNesting = 8;
 // Hundredths of a millimetre a device pixel of lineweight stands for.
 constexpr double kLineWeightPerPixel = 25.0;
 constexpr int kDefaultLineWeight = 25;
+// Device coordinates beyond this many pixels are not drawn: there a double no longer places a point
+// within a pixel, and such sizes come from absurd values or overflow.
+constexpr double kDeviceLimit = 1e15;
+// A dash pattern repeated more often than this along one path is drawn solid: it would look solid,
+// and stroking each dash would take as long as the count.
+constexpr double kMaxDashes = 10000;
+// Text taller than this many pixels is not drawn.
+constexpr double kMaxTextPixels = 1e5;
 
 // What entities inside a block take for their "by block" properties.
 struct BlockContext
@@ -45,6 +53,24 @@ struct Stroke
 QPointF toPoint(const ZrGePoint3d& p) { return QPointF(p.x, p.y); }
 
 double scaleOf(const QTransform& t) { return std::sqrt(std::fabs(t.determinant())); }
+
+bool isDrawable(double deviceValue) { return std::isfinite(deviceValue) && std::fabs(deviceValue) <= kDeviceLimit; }
+bool isDrawable(const QPointF& p) { return isDrawable(p.x()) && isDrawable(p.y()); }
+bool isDrawable(const QRectF& box) { return isDrawable(box.topLeft()) && isDrawable(box.bottomRight()); }
+
+bool isFinite(const QTransform& t)
+{
+    for (double m : {t.m11(), t.m12(), t.m13(), t.m21(), t.m22(), t.m23(), t.m31(), t.m32(), t.m33()}) {
+        if (!std::isfinite(m))
+            return false;
+    }
+    return true;
+}
+
+bool isFinite(const QRectF& box)
+{
+    return std::isfinite(box.left()) && std::isfinite(box.top()) && std::isfinite(box.width()) && std::isfinite(box.height());
+}
 
 int resolvedLineWeight(int weight, const ZrDbLayerTableRecord* layer, const BlockContext* block)
 {
@@ -122,6 +148,22 @@ QPen penOf(const Stroke& stroke, double deviceScale, bool highlighted)
     return pen;
 }
 
+// Strokes a path given in device pixels, unless it reaches beyond what can be drawn.
+void strokeOnDevice(QPainter& painter, const QPainterPath& path, QPen pen)
+{
+    if (!isDrawable(path.boundingRect()))
+        return;
+    if (pen.style() == Qt::CustomDashLine) {
+        double period = 0.0;
+        for (qreal length : pen.dashPattern())
+            period += length * pen.widthF();
+        // Dashes too long to measure, or too many to stroke one by one.
+        if (!std::isfinite(period) || path.length() > kMaxDashes * period)
+            pen.setStyle(Qt::SolidLine);
+    }
+    painter.strokePath(path, pen);
+}
+
 QPainterPath arcPath(const ZrGePoint3d& center, double radius, double start, double end)
 {
     double sweep = end - start;
@@ -176,21 +218,23 @@ void drawText(QPainter& painter, const QTransform& toDevice, const QPointF& at, 
               const QString& text, const QColor& color, double width = 0.0)
 {
     const double pixels = height * scaleOf(toDevice);
-    if (pixels < 2.0 || text.isEmpty() || !QGuiApplication::instance())
+    const QPointF origin = toDevice.map(at);
+    const double boxWidth = width * scaleOf(toDevice);
+    if (!(pixels >= 2.0 && pixels <= kMaxTextPixels) || !isDrawable(origin) || !isDrawable(boxWidth)
+        || !std::isfinite(rotation) || text.isEmpty() || !QGuiApplication::instance())
         return;
     painter.save();
     QFont font = painter.font();
     font.setPixelSize(std::max(1, qRound(pixels)));
     painter.setFont(font);
     painter.setPen(color);
-    const QPointF origin = toDevice.map(at);
     painter.translate(origin);
     const bool flipped = toDevice.m22() < 0;
     painter.rotate(flipped ? -qRadiansToDegrees(rotation) : qRadiansToDegrees(rotation));
     QString shown = text;
     shown.replace(QLatin1String("\\P"), QLatin1String("\n"));
     if (width > 0.0) {
-        const QRectF box(0, 0, width * scaleOf(toDevice), pixels * 50);
+        const QRectF box(0, 0, boxWidth, pixels * 50);
         painter.drawText(box, Qt::TextWordWrap | Qt::AlignLeft | Qt::AlignTop, shown);
     } else {
         painter.drawText(QPointF(0, 0), shown);
@@ -212,9 +256,12 @@ void paintBlock(QPainter& painter, const ZrDbBlockReference* reference, const QT
     inBlock.rotateRadians(reference->rotation());
     inBlock.scale(reference->scale(), reference->scale());
     inBlock.translate(-record->origin().x, -record->origin().y);
+    const QTransform innerToDevice = inBlock * toDevice;
+    if (!isFinite(innerToDevice))
+        return;
     for (int64_t handle : record->entityHandles()) {
         if (const ZrDbEntity* inner = zrdbPeek<ZrDbEntity>(handle))
-            paintOne(painter, inner, inBlock * toDevice, foreground, highlighted, &context, depth + 1);
+            paintOne(painter, inner, innerToDevice, foreground, highlighted, &context, depth + 1);
     }
 }
 
@@ -228,7 +275,7 @@ void paintOne(QPainter& painter, const ZrDbEntity* entity, const QTransform& toD
     const double deviceScale = scaleOf(toDevice);
     const QPen pen = penOf(stroke, deviceScale, highlighted);
     const QColor textColor = pen.color();
-    const auto strokePath = [&](const QPainterPath& path) { painter.strokePath(toDevice.map(path), pen); };
+    const auto strokePath = [&](const QPainterPath& path) { strokeOnDevice(painter, toDevice.map(path), pen); };
 
     if (const ZrDbLine* line = ZrDbLine::cast(entity)) {
         QPainterPath path(toPoint(line->startPoint()));
@@ -271,7 +318,7 @@ void paintOne(QPainter& painter, const ZrDbEntity* entity, const QTransform& toD
             path.moveTo(end - QPointF(tick, tick));
             path.lineTo(end + QPointF(tick, tick));
         }
-        painter.strokePath(toDevice.map(path), QPen(textColor, pen.widthF()));
+        strokeOnDevice(painter, toDevice.map(path), QPen(textColor, pen.widthF()));
         const QPointF middle = (lines.lineStart + lines.lineEnd) / 2;
         const QPointF along = lines.lineEnd - lines.lineStart;
         const double angle = std::atan2(along.y(), along.x());
@@ -309,10 +356,12 @@ void paintOne(QPainter& painter, const ZrDbEntity* entity, const QTransform& toD
         path.lineTo(landing);
         strokePath(path);
         const QPointF tip = toDevice.map(arrow);
-        painter.setBrush(textColor);
-        painter.setPen(Qt::NoPen);
-        painter.drawEllipse(tip, 2.0 + stroke.width, 2.0 + stroke.width);
-        painter.setBrush(Qt::NoBrush);
+        if (isDrawable(tip)) {
+            painter.setBrush(textColor);
+            painter.setPen(Qt::NoPen);
+            painter.drawEllipse(tip, 2.0 + stroke.width, 2.0 + stroke.width);
+            painter.setBrush(Qt::NoBrush);
+        }
         const double height = leaderTextHeight(leader);
         drawText(painter, toDevice, landing + QPointF(height * 0.4, height * 0.2), height, 0.0,
                  leader->contents().toQString(), textColor);
@@ -322,6 +371,9 @@ void paintOne(QPainter& painter, const ZrDbEntity* entity, const QTransform& toD
         QPolygonF loop;
         for (const ZrGePoint3d& p : hatch->loop())
             loop << toPoint(p);
+        loop = toDevice.map(loop);
+        if (!isDrawable(loop.boundingRect()))
+            return;
         const QString pattern = hatch->patternName().toQString().toUpper();
         const Qt::BrushStyle style = pattern == QLatin1String("SOLID")        ? Qt::SolidPattern
             : pattern.startsWith(QLatin1String("ANSI3"))                        ? Qt::BDiagPattern
@@ -332,7 +384,7 @@ void paintOne(QPainter& painter, const ZrDbEntity* entity, const QTransform& toD
             fill.setAlpha(96);
         painter.setPen(Qt::NoPen);
         painter.setBrush(QBrush(fill, style));
-        painter.drawPolygon(toDevice.map(loop));
+        painter.drawPolygon(loop);
         painter.setBrush(Qt::NoBrush);
     } else if (const ZrDbViewport* viewport = ZrDbViewport::cast(entity)) {
         const ZrGePoint3d c = viewport->centerPoint();
@@ -421,7 +473,7 @@ bool extentsOf(const ZrDbEntity* entity, QRectF& box, int depth)
         for (int64_t handle : record->entityHandles()) {
             QRectF inner;
             const ZrDbEntity* member = zrdbPeek<ZrDbEntity>(handle);
-            if (member && extentsOf(member, inner, depth + 1))
+            if (member && extentsOf(member, inner, depth + 1) && isFinite(inner))
                 extendBy(inner, any, minX, minY, maxX, maxY);
         }
         if (!any)
@@ -432,7 +484,7 @@ bool extentsOf(const ZrDbEntity* entity, QRectF& box, int depth)
         inBlock.scale(reference->scale(), reference->scale());
         inBlock.translate(-record->origin().x, -record->origin().y);
         box = inBlock.mapRect(QRectF(QPointF(minX, minY), QPointF(maxX, maxY)));
-        return true;
+        return isFinite(box);
     }
     if (const ZrDbMLeader* leader = ZrDbMLeader::cast(entity)) {
         const QPointF landing = toPoint(leader->textLocation());
@@ -489,7 +541,8 @@ QColor zrdbDisplayColor(const ZrCmColor& color, const QColor& foreground)
 bool zrdbEntityExtents(const ZrDbEntity* entity, double& minX, double& minY, double& maxX, double& maxY)
 {
     QRectF box;
-    if (!entity || !extentsOf(entity, box, 0))
+    // An entity whose extents overflow has none that a view could fit.
+    if (!entity || !extentsOf(entity, box, 0) || !isFinite(box))
         return false;
     minX = box.left();
     minY = box.top();

@@ -9,6 +9,7 @@
 #include <QPainter>
 #include <QPalette>
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 ZR_RX_DEFINE_MEMBERS(ZrGiRasterImage, ZrRxObject)
@@ -26,6 +27,9 @@ ZrHostEntityImageRequest& zrHostLastEntityImageRequest()
 }
 
 namespace {
+
+// Entity pictures are icons and previews: more pixels than this is an absurd request, not a picture.
+constexpr int64_t kMaxPicturePixels = 4096 * 4096;
 
 QColor backgroundOf(const ZrJsonPtr& options)
 {
@@ -55,9 +59,11 @@ ZrSmartPtr<ZrGiRasterImage> zrsiutCreateEntityImage(ZrDbDatabasePtr, const ZrArr
     recordRequest(entities, options);
     const int width = options ? options->GetVarI("width") : 0;
     const int height = options ? options->GetVarI("height") : 0;
-    if (width <= 0 || height <= 0)
+    if (width <= 0 || height <= 0 || int64_t(width) * height > kMaxPicturePixels)
         return nullptr;
     QImage image(width, height, QImage::Format_ARGB32);
+    if (image.isNull())
+        return nullptr;
     image.fill(Qt::transparent);
     QColor foreground = QGuiApplication::instance() ? QGuiApplication::palette().color(QPalette::Text) : QColor(Qt::black);
     if (options->GetVarB("bfillbackground")) {
@@ -79,12 +85,13 @@ ZrSmartPtr<ZrGiRasterImage> zrsiutCreateEntityImage(ZrDbDatabasePtr, const ZrArr
         maxY = any ? std::max(maxY, y1) : y1;
         any = true;
     }
-    if (any) {
-        // Fitted with a margin of two pixels, the drawing's y axis pointing up.
-        const double margin = 2.0;
-        const double spanX = std::max(maxX - minX, 1e-9);
-        const double spanY = std::max(maxY - minY, 1e-9);
-        const double scale = std::min((width - 2 * margin) / spanX, (height - 2 * margin) / spanY);
+    // Fitted with a margin of two pixels, the drawing's y axis pointing up.
+    const double margin = 2.0;
+    const double spanX = std::max(maxX - minX, 1e-9);
+    const double spanY = std::max(maxY - minY, 1e-9);
+    const double scale = std::min((width - 2 * margin) / spanX, (height - 2 * margin) / spanY);
+    // Extents too far apart to fit leave the picture empty.
+    if (any && scale > 0.0 && std::isfinite(scale)) {
         QTransform toDevice;
         toDevice.translate(width / 2.0, height / 2.0);
         toDevice.scale(scale, -scale);
