@@ -6,6 +6,7 @@
 #include "zrdbinternal.h"
 #include "zrdbundo.h"
 
+#include <exception>
 #include <unordered_set>
 
 namespace {
@@ -255,4 +256,30 @@ void zrdbDropMark(ZrDbDatabase* database)
     ZrDbData* const d = &zrdbData(database);
     if (!d->marks.empty())
         d->marks.pop_back();
+}
+
+ZrDbCommandStep::ZrDbCommandStep(ZrDbDatabase* database, const ZrString& name)
+    : m_database(database), m_exceptions(std::uncaught_exceptions())
+{
+    if (!m_database)
+        return;
+    const ZrDbData& d = zrdbData(m_database);
+    m_depth = d.stepDepth;
+    m_marks = d.marks.size();
+    zrdbBeginUndoStep(m_database, name);
+    zrdbSetUndoMark(m_database);
+}
+
+ZrDbCommandStep::~ZrDbCommandStep()
+{
+    if (!m_database)
+        return;
+    ZrDbData& d = zrdbData(m_database);
+    while (d.marks.size() > m_marks + 1)
+        zrdbDropMark(m_database);
+    if (std::uncaught_exceptions() > m_exceptions)
+        zrdbRollBackToMark(m_database);
+    zrdbDropMark(m_database);
+    while (d.stepDepth > m_depth)
+        zrdbEndUndoStep(m_database);
 }

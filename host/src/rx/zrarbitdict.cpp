@@ -163,6 +163,33 @@ int32_t ZrEdCommandStack::commandFlags(const ZrString& globalName) const
     return cmd ? cmd->flags : -1;
 }
 
+namespace {
+
+// The command in progress: named and counted while it runs, however it ends.
+class RunningCommand
+{
+public:
+    RunningCommand(CXuDocContext* context, const ZrString& name)
+        : m_context(context), m_outerName(context->commandObject()->commandName())
+    {
+        m_context->setActiveCommandCount(m_context->activeCommandCount() + 1);
+        m_context->commandObject()->setCommandName(name);
+    }
+    ~RunningCommand()
+    {
+        m_context->commandObject()->setCommandName(m_outerName);
+        m_context->setActiveCommandCount(m_context->activeCommandCount() - 1);
+    }
+    RunningCommand(const RunningCommand&) = delete;
+    RunningCommand& operator=(const RunningCommand&) = delete;
+
+private:
+    CXuDocContext* m_context;
+    const ZrString m_outerName;
+};
+
+} // namespace
+
 bool ZrEdCommandStack::runCommand(const ZrString& name)
 {
     const Data::Command* cmd = d->find(name, true);
@@ -179,16 +206,8 @@ bool ZrEdCommandStack::runCommand(const ZrString& name)
     // A command is one undo step of the drawing it started in; the reference keeps that drawing
     // alive should the command open another.
     const ZrDbDatabasePtr database(curDatabase());
-    if (database)
-        zrdbBeginUndoStep(database.get(), globalName);
-    CXuCommandObject* command = context->commandObject();
-    const ZrString outerName = command->commandName();
-    context->setActiveCommandCount(context->activeCommandCount() + 1);
-    command->setCommandName(globalName);
+    const ZrDbCommandStep step(database.get(), globalName);
+    const RunningCommand running(context, globalName);
     function();
-    command->setCommandName(outerName);
-    context->setActiveCommandCount(context->activeCommandCount() - 1);
-    if (database)
-        zrdbEndUndoStep(database.get());
     return true;
 }
