@@ -11,6 +11,7 @@
 #include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
+#include <QRectF>
 #include <QString>
 #include <algorithm>
 #include <deque>
@@ -31,25 +32,19 @@ void ensureApplication()
     }
 }
 
-// Drawing units to the image, fitted with the extents of what has any, the y axis up.
+// Drawing units to the image, fitted to the extents of what has any, the y axis up.
 QTransform fitted(const std::vector<const ZrDbEntity*>& entities, const QSize& size)
 {
-    bool any = false;
-    double minX = 0, minY = 0, maxX = 0, maxY = 0;
+    QRectF all;
     for (const ZrDbEntity* entity : entities) {
         double x0, y0, x1, y1;
-        if (!ZrHostControl::entityExtents(entity, x0, y0, x1, y1))
-            continue;
-        minX = any ? std::min(minX, x0) : x0;
-        minY = any ? std::min(minY, y0) : y0;
-        maxX = any ? std::max(maxX, x1) : x1;
-        maxY = any ? std::max(maxY, y1) : y1;
-        any = true;
+        if (ZrHostControl::entityExtents(entity, x0, y0, x1, y1))
+            all |= QRectF(QPointF(x0, y0), QPointF(x1, y1));
     }
-    const double across = std::max((maxX - minX) / size.width(), (maxY - minY) / size.height());
-    const double scale = any && across > 0 ? 1.0 / across : 1.0;
-    return QTransform(scale, 0, 0, -scale, size.width() / 2.0 - scale * (minX + maxX) / 2,
-                      size.height() / 2.0 + scale * (minY + maxY) / 2);
+    const double across = std::max(all.width() / size.width(), all.height() / size.height());
+    const double scale = across > 0 ? 1.0 / across : 1.0;
+    return QTransform(scale, 0, 0, -scale, size.width() / 2.0 - scale * all.center().x(),
+                      size.height() / 2.0 + scale * all.center().y());
 }
 
 } // namespace
