@@ -142,6 +142,11 @@ void drawGrid(QPainter& p, const QRect& area, const QTransform& toWindow, double
     const double step = std::pow(10.0, std::ceil(std::log10(12.0 / scale)));
     const Box seen = Box::of(toWindow.inverted().mapRect(QRectF(area)));
     const auto lines = [&](double from, double to, auto draw) {
+        // Far from the origin a double may not tell one line from the next: no grid there, or the
+        // walk along it would never end.
+        const double far = std::max(std::fabs(from), std::fabs(to));
+        if (!(far + step > far))
+            return;
         for (double at = std::floor(from / step) * step; at <= to; at += step) {
             const bool major = std::fmod(std::abs(std::round(at / step)), 10.0) == 0.0;
             p.setPen(major ? c.majorGrid : c.minorGrid);

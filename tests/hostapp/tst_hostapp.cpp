@@ -353,6 +353,16 @@ private Q_SLOTS:
         QCOMPARE(onScreen(50, 50), from + QPoint(30, -20));
     }
 
+    // Zoomed in where a double no longer resolves the grid's step, the view paints and returns.
+    void aDrawingFarFromTheOriginIsPainted()
+    {
+        ZrHostControl::openEmptyDrawing();
+        addLine(2e15, 0, 2e15 + 0.5, 0.01);
+        showWindow();
+        QVERIFY(view()->drawingToWindow().m11() > 100);
+        QVERIFY(!view()->grab().isNull());
+    }
+
     void layerPanelFollowsTheLayers()
     {
         ZrHostControl::openEmptyDrawing();
