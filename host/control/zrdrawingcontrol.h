@@ -44,7 +44,8 @@ ZRHOSTCONTROL_EXPORT void flushUiEvents();
 // Entities of the space in use, in drawing order.
 ZRHOSTCONTROL_EXPORT std::vector<ZrDbObjectId> entitiesOfCurrentSpace();
 // The extents of an entity in drawing units; false for one with no extent.
-ZRHOSTCONTROL_EXPORT bool entityExtents(const ZrDbEntity* entity, double& minX, double& minY, double& maxX, double& maxY);
+ZRHOSTCONTROL_EXPORT bool entityExtents(const ZrDbEntity* entity, double& minX, double& minY, double& maxX,
+                                        double& maxY);
 // Paints an entity with its colour (resolved through its layer), line type and lineweight.
 // `toDevice` maps drawing units to the device; `foreground` stands for colour 7.
 ZRHOSTCONTROL_EXPORT void paintEntity(QPainter& painter, const ZrDbEntity* entity, const QTransform& toDevice,

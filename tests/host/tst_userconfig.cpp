@@ -125,7 +125,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("text");
         QTest::addColumn<QString>("reason");
-        QTest::newRow("cut short") << QByteArray("{\"FileNameMRU\": {\"file0\": \"/drawings/pl") << QStringLiteral("line 1, column");
+        QTest::newRow("cut short") << QByteArray("{\"FileNameMRU\": {\"file0\": \"/drawings/pl")
+                                   << QStringLiteral("line 1, column");
         QTest::newRow("an array") << QByteArray("[]") << QStringLiteral("the whole file is an array, not an object");
         QTest::newRow("null") << QByteArray("null") << QStringLiteral("the whole file is null, not an object");
         QTest::newRow("a number") << QByteArray("42\n") << QStringLiteral("the whole file is a number, not an object");
@@ -141,13 +142,15 @@ private Q_SLOTS:
 
         WarningLog log;
         startHostIn(dir.path());
-        const QStringList aside = QDir(dir.path()).entryList({QStringLiteral("user-config.json.damaged-*")}, QDir::Files);
+        const QStringList aside =
+            QDir(dir.path()).entryList({QStringLiteral("user-config.json.damaged-*")}, QDir::Files);
         QCOMPARE(aside.size(), 1);
         const QString asidePath = dir.filePath(aside.front());
         QCOMPARE(fileBytes(asidePath), text);
         QCOMPARE(log.warnings().size(), 1);
         const QString& warning = log.warnings().front();
-        QVERIFY2(warning.contains(file) && warning.contains(reason) && warning.contains(asidePath), qPrintable(warning));
+        QVERIFY2(warning.contains(file) && warning.contains(reason) && warning.contains(asidePath),
+                 qPrintable(warning));
         QVERIFY2(!warning.contains(QLatin1String("line 0")), qPrintable(warning));
 
         zr_user_config("Fresh", 2)->SetDataI("value", 3);

@@ -68,7 +68,10 @@ QString faultOf(const QByteArray& text, ZrJsonPtr& tree)
     ZrJsonParseError error;
     tree = ElementValue::parse(text.constData(), static_cast<size_t>(text.size()), &error);
     if (!error.ok())
-        return QStringLiteral("line %1, column %2: %3").arg(error.line).arg(error.column).arg(error.message.toQString());
+        return QStringLiteral("line %1, column %2: %3")
+            .arg(error.line)
+            .arg(error.column)
+            .arg(error.message.toQString());
     if (tree.isNull() || !tree->isObject())
         return QStringLiteral("the whole file is %1, not an object").arg(kindOf(tree));
     return QString();
@@ -102,7 +105,8 @@ ZrJsonPtr readUserConfig(const QString& file, bool& writable)
         text = in.readAll();
     if (info.isDir() || !in.isOpen() || in.error() != QFileDevice::NoError) {
         writable = false;
-        warnOnce(QStringLiteral("user configuration %1 cannot be read (%2); running on defaults, the file is left as it is")
+        warnOnce(QStringLiteral("user configuration %1 cannot be read (%2); running on defaults, the file is left as "
+                                "it is")
                      .arg(file, info.isDir() ? QStringLiteral("it is a folder") : in.errorString()));
         return empty;
     }
@@ -198,7 +202,8 @@ void zrHostOpenConfig(const QString& folder, const QString& resourceRoot, const 
         state.userFile.clear();
         state.userWritable = false;
         state.user = ElementValue::createObject(kZrJsonObject);
-        warnOnce(QStringLiteral("no home folder (HOME is not set): the user configuration runs on defaults and is not saved"));
+        warnOnce(QStringLiteral("no home folder (HOME is not set): the user configuration runs on defaults and is "
+                                "not saved"));
     } else {
         state.userFile = QDir(configDir).filePath(QStringLiteral("user-config.json"));
         state.user = readUserConfig(state.userFile, state.userWritable);
