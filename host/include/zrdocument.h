@@ -15,19 +15,13 @@ class ZrDbDatabase;
 class ZRHOST_EXPORT CXuDrawingSurface
 {
 public:
-    CXuDrawingSurface();
-    ~CXuDrawingSurface();
+    CXuDrawingSurface() = default;
     CXuDrawingSurface(const CXuDrawingSurface&) = delete;
     CXuDrawingSurface& operator=(const CXuDrawingSurface&) = delete;
 
     // True while no view draws on this surface: a redraw would have nothing to do.
     bool isDefaultOperation() const;
     void redraw(int from, int full);
-
-private:
-    friend class CXuGraphicsManager;
-    struct Data;
-    Data* d;
 };
 
 class ZRHOST_EXPORT CXuGraphicsManager

@@ -16,12 +16,6 @@ ZrHostDocuments& zrHostDocuments()
     return state;
 }
 
-struct CXuDrawingSurface::Data
-{
-};
-
-CXuDrawingSurface::CXuDrawingSurface() : d(new Data) {}
-CXuDrawingSurface::~CXuDrawingSurface() { delete d; }
 bool CXuDrawingSurface::isDefaultOperation() const { return !zrHostDocuments().drawingSurfaceActive; }
 
 void CXuDrawingSurface::redraw(int, int)
