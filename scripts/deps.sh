@@ -1,7 +1,7 @@
 # Sourced by the scripts: installs the Debian packages the build and the tests need, when some are missing.
 
 ZR_DEB_PACKAGES=(build-essential cmake ninja-build ccache qtbase5-dev libqt5svg5-dev libspdlog-dev libfmt-dev
-                 xvfb xauth fonts-wqy-microhei)
+                 libpugixml-dev xvfb xauth fonts-wqy-microhei x11-common)
 
 zr_install_deps() {
     local missing=() package

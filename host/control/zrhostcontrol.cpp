@@ -7,6 +7,7 @@
 #include "zrhostconfig.h"
 #include "zrhostdocuments.h"
 #include "zrhostentityimages.h"
+#include "zrhostpaths.h"
 #include "zrhostservices.h"
 #include "zrsystem.h"
 
@@ -83,6 +84,9 @@ void shutdown()
     ZrHostUi& ui = zrHostUi();
     ui.messageAnswers.clear();
     ui.mainWindow = ui.targetWindow = ui.viewWindow = nullptr;
+    ui.drawingBackgroundDark = true;
+    ui.helpListener = nullptr;
+    resetColorBookFolders();
     zrHostDocuments().drawingSurfaceActive = false;
     zrHostDocuments().redrawListener = nullptr;
     clearLogs();
@@ -106,6 +110,15 @@ QString userConfigFile() { return zrHostUserConfigFile(); }
 void setMainWindow(QWidget* window) { zrHostUi().mainWindow = window; }
 void setTargetWindow(QWidget* window) { zrHostUi().targetWindow = window; }
 void setViewWindow(QWidget* window) { zrHostUi().viewWindow = window; }
+void setDrawingBackgroundDark(bool dark) { zrHostUi().drawingBackgroundDark = dark; }
+
+void setColorBookFolders(const QStringList& folders)
+{
+    zrHostPaths().colorBookFoldersFixed = true;
+    zrHostPaths().colorBookFolders = folders;
+}
+
+void resetColorBookFolders() { zrHostPaths() = ZrHostPaths(); }
 
 void setMacroListener(std::function<void(const MacroCall&)> listener)
 {
@@ -128,6 +141,7 @@ void runQueuedMacros() { zrHostRunQueuedMacros(); }
 QVector<WindowCall> cursorCalls() { return zrHostUi().cursorCalls; }
 QVector<WindowCall> focusCalls() { return zrHostUi().focusCalls; }
 QStringList helpTopics() { return zrHostUi().helpTopics; }
+void setHelpListener(std::function<void(const QString&)> listener) { zrHostUi().helpListener = std::move(listener); }
 int commandStateCalls() { return zrHostDocuments().commandStateCalls; }
 void pushMessageBoxAnswer(int answer) { zrHostUi().messageAnswers.enqueue(answer); }
 QVector<MessageRecord> messageLog() { return zrHostUi().messageLog; }

@@ -45,6 +45,14 @@ ZRHOSTCONTROL_EXPORT QString userConfigFile();
 ZRHOSTCONTROL_EXPORT void setMainWindow(QWidget* window);
 ZRHOSTCONTROL_EXPORT void setTargetWindow(QWidget* window);
 ZRHOSTCONTROL_EXPORT void setViewWindow(QWidget* window);
+// The drawing view's background, dark from the start; the current palette's foreground follows it.
+ZRHOSTCONTROL_EXPORT void setDrawingBackgroundDark(bool dark);
+
+// The colour book folders become exactly `folders`, whatever the configuration and the environment say,
+// until the reset below or the host's shutdown.
+ZRHOSTCONTROL_EXPORT void setColorBookFolders(const QStringList& folders);
+// Back to the folders of the configuration, $ZR_COLORBOOK_PATH and the installation.
+ZRHOSTCONTROL_EXPORT void resetColorBookFolders();
 
 using MacroCall = ZrHostMacroCall;
 // Called for every string that reaches the menu-macro queue, as it is queued.
@@ -59,6 +67,8 @@ using WindowCall = ZrHostWindowCall;
 ZRHOSTCONTROL_EXPORT QVector<WindowCall> cursorCalls();
 ZRHOSTCONTROL_EXPORT QVector<WindowCall> focusCalls();
 ZRHOSTCONTROL_EXPORT QStringList helpTopics();
+// Called with each help topic as it is recorded.
+ZRHOSTCONTROL_EXPORT void setHelpListener(std::function<void(const QString& topic)> listener);
 // How often the command objects were told their state.
 ZRHOSTCONTROL_EXPORT int commandStateCalls();
 

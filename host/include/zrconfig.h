@@ -18,3 +18,5 @@ ZRHOST_EXPORT ZrJsonPtr zr_sys_config(const ZrUtf8String& path);
 ZRHOST_EXPORT ZrJsonPtr zr_language_config();
 // The language code of the user interface, "zh-CN" or "en-WW".
 ZRHOST_EXPORT ZrUtf8String zr_sys_language();
+// The product's own texts by key: "appEnName" gives "ZrCAD"; an unknown key gives an empty text.
+ZRHOST_EXPORT void zr_getOEMStringRePlace(ZrString& out, const char* key);

@@ -1,6 +1,7 @@
 #pragma once
 // The host's strings: ZrString holds 32-bit characters, ZrUtf8String UTF-8 bytes.
 
+#include "zrarray.h"
 #include "zrhost_export.h"
 
 #include <QString>
@@ -104,3 +105,12 @@ public:
 private:
     std::string m_text;
 };
+
+// 0 when equal ignoring ASCII case; otherwise below 0 when `a` sorts first.
+ZRHOST_EXPORT int Zr_stricmpA(const char* a, const char* b);
+// Non-empty and all of '0'..'9'.
+ZRHOST_EXPORT bool zrutIsUnsignedDigit(const ZrUtf8String& text);
+// Splits at every occurrence of `separator`, keeping empty parts ("A$$B" gives A, "", B; "" gives one
+// empty part).
+ZRHOST_EXPORT void zrutSplitString(const ZrUtf8String& text, const ZrUtf8String& separator,
+                                   ZrArray<ZrUtf8String>& parts);

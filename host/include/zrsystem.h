@@ -1,6 +1,7 @@
 #pragma once
 // The root of the host: services by name, documents, the main window.
 
+#include "zrarray.h"
 #include "zrhost_export.h"
 #include "zrrxobject.h"
 #include "zrstring.h"
@@ -17,6 +18,32 @@ class ZRHOST_EXPORT ZrUiLanguageSvr : public ZrRxObject
 public:
     // The text of `key`, or `def` when the language has none.
     virtual ZrString getText(const ZrString& key, const ZrString& def) const = 0;
+};
+
+// The help service of slot 1 of the numbered services.
+class ZRHOST_EXPORT CXuSysHelpSvr : public ZrRxObject
+{
+    ZR_RX_DECLARE_MEMBERS(CXuSysHelpSvr)
+public:
+    // Opens the help at `topic`.
+    virtual void help(const ZrString& topic);
+    // The scale of the help window on a screen; 1.0 everywhere.
+    virtual double displayScale(int screen);
+};
+
+// Where the host looks for its files.
+class ZRHOST_EXPORT CXuPathService
+{
+public:
+    // The folders searched for colour books, in order: "ColorBookPaths" of the user configuration,
+    // the entries of $ZR_COLORBOOK_PATH (':'-separated), then the books installed with the host.
+    ZrArray<ZrString> colorBookFolders() const;
+
+private:
+    friend class CXuSystem;
+    CXuPathService() = default;
+    CXuPathService(const CXuPathService&) = delete;
+    CXuPathService& operator=(const CXuPathService&) = delete;
 };
 
 class ZRHOST_EXPORT CXuServiceManager
@@ -49,6 +76,9 @@ public:
     CXuDocContext* docContext();
     QWidget* mainWindow() const;
     QWidget* mainFrame() const;
+    CXuPathService* pathService();
+    // True when a drawing is current and its view window exists.
+    bool isActiveViewReady() const;
 
 private:
     CXuSystem();

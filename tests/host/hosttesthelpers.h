@@ -11,6 +11,7 @@
 #include "zrresbuf.h"
 
 #include <QFile>
+#include <QHash>
 #include <QObject>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -182,4 +183,41 @@ inline bool setAppendOnly(const QString& folder, bool on)
     }
     ::close(fd);
     return done;
+}
+
+// Sets environment variables for one test and puts them back.
+class Environment
+{
+public:
+    ~Environment()
+    {
+        for (auto it = m_saved.cbegin(); it != m_saved.cend(); ++it) {
+            if (it.value().isNull())
+                qunsetenv(it.key().constData());
+            else
+                qputenv(it.key().constData(), it.value());
+        }
+    }
+    void set(const char* name, const QByteArray& value)
+    {
+        remember(name);
+        if (value.isNull())
+            qunsetenv(name);
+        else
+            qputenv(name, value);
+    }
+
+private:
+    void remember(const char* name)
+    {
+        if (!m_saved.contains(name))
+            m_saved.insert(name, qEnvironmentVariableIsSet(name) ? qgetenv(name) : QByteArray());
+    }
+    QHash<QByteArray, QByteArray> m_saved;
+};
+
+inline bool writeFile(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }

@@ -16,48 +16,11 @@
 
 namespace {
 
-// Sets environment variables for one test and puts them back.
-class Environment
-{
-public:
-    ~Environment()
-    {
-        for (auto it = m_saved.cbegin(); it != m_saved.cend(); ++it) {
-            if (it.value().isNull())
-                qunsetenv(it.key().constData());
-            else
-                qputenv(it.key().constData(), it.value());
-        }
-    }
-    void set(const char* name, const QByteArray& value)
-    {
-        remember(name);
-        if (value.isNull())
-            qunsetenv(name);
-        else
-            qputenv(name, value);
-    }
-
-private:
-    void remember(const char* name)
-    {
-        if (!m_saved.contains(name))
-            m_saved.insert(name, qEnvironmentVariableIsSet(name) ? qgetenv(name) : QByteArray());
-    }
-    QHash<QByteArray, QByteArray> m_saved;
-};
-
 void startHostIn(const QString& configDir)
 {
     ZrHostControl::Options options;
     options.configDir = configDir;
     ZrHostControl::initialize(options);
-}
-
-bool writeFile(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
 ZrJsonPtr parsedFile(const QString& path)

@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 #include <cstdio>
+#include <cstring>
 #include <utility>
 
 namespace {
@@ -229,4 +230,17 @@ void zrHostSetResourceRoot(const QString& root)
 {
     if (stores().runtime)
         stores().runtime->SetDataS("ResRootPath", ZrUtf8String(root));
+}
+
+void zr_getOEMStringRePlace(ZrString& out, const char* key)
+{
+    // The product's names, as an OEM build would brand them.
+    static const struct { const char* key; const wchar_t* text; } texts[] = {
+        {"appEnName", L"ZrCAD"},
+    };
+    out = ZrString();
+    for (const auto& entry : texts) {
+        if (key && std::strcmp(key, entry.key) == 0)
+            out = ZrString(entry.text);
+    }
 }

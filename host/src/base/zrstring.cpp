@@ -169,3 +169,36 @@ ZrString& ZrString::makeUpper()
         c = static_cast<wchar_t>(QChar::toUpper(static_cast<uint>(c)));
     return *this;
 }
+
+int Zr_stricmpA(const char* a, const char* b)
+{
+    const auto lower = [](unsigned char c) { return c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : int(c); };
+    const auto* x = reinterpret_cast<const unsigned char*>(a ? a : "");
+    const auto* y = reinterpret_cast<const unsigned char*>(b ? b : "");
+    for (;; ++x, ++y) {
+        const int difference = lower(*x) - lower(*y);
+        if (difference != 0 || *x == 0)
+            return difference;
+    }
+}
+
+bool zrutIsUnsignedDigit(const ZrUtf8String& text)
+{
+    const std::string& bytes = text.std();
+    return !bytes.empty() && std::all_of(bytes.begin(), bytes.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+void zrutSplitString(const ZrUtf8String& text, const ZrUtf8String& separator, ZrArray<ZrUtf8String>& parts)
+{
+    parts.removeAll();
+    const std::string& whole = text.std();
+    const std::string& cut = separator.std();
+    if (cut.empty()) {
+        parts.append(text);
+        return;
+    }
+    size_t start = 0;
+    for (size_t found; (found = whole.find(cut, start)) != std::string::npos; start = found + cut.size())
+        parts.append(whole.substr(start, found - start));
+    parts.append(whole.substr(start));
+}

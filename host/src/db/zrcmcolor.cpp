@@ -1,7 +1,9 @@
 #include "zrcmcolor.h"
 
-#include <QColor>
-#include <array>
+#include "zrcolorpalette.h"
+#include "zrdbobject.h"
+
+#include <climits>
 
 struct ZrCmColor::Names
 {
@@ -12,33 +14,35 @@ struct ZrCmColor::Names
 
 namespace {
 
-// The 256 index colours: nine named ones, 24 hues in ten shades each, six greys.
-const std::array<uint32_t, 256>& indexPalette()
+// The host's method codes run from 192, by layer, to 201; not all of them have names here.
+bool isKnownMethod(ZrCmEntityColor::ColorMethod method)
 {
-    static const std::array<uint32_t, 256> palette = [] {
-        std::array<uint32_t, 256> p{};
-        const uint32_t named[10] = {0x000000, 0xFF0000, 0xFFFF00, 0x00FF00, 0x00FFFF,
-                                    0x0000FF, 0xFF00FF, 0xFFFFFF, 0x808080, 0xC0C0C0};
-        for (int i = 0; i < 10; ++i)
-            p[i] = named[i];
-        const double values[5] = {1.0, 0.65, 0.5, 0.3, 0.15};
-        for (int i = 10; i < 250; ++i) {
-            const int shade = i % 10;
-            const QColor c = QColor::fromHsvF(((i / 10 - 1) * 15 % 360) / 360.0, shade % 2 ? 0.5 : 1.0,
-                                              values[shade / 2]);
-            p[i] = (uint32_t(c.red()) << 16) | (uint32_t(c.green()) << 8) | uint32_t(c.blue());
-        }
-        const int greys[6] = {51, 91, 132, 173, 214, 255};
-        for (int i = 0; i < 6; ++i)
-            p[250 + i] = uint32_t(greys[i]) * 0x010101u;
-        return p;
-    }();
-    return palette;
+    return method >= ZrCmEntityColor::kByLayer && method <= 201;
 }
 
 uint8_t channelOfIndex(uint16_t index, int shift)
 {
-    return index < 256 ? uint8_t(indexPalette()[index] >> shift) : 0xFF;
+    return index < 256 ? uint8_t(zrHostIndexPalette()[index] >> shift) : 0xFF;
+}
+
+// The index colour nearest to a true colour, 1 to 255: what a true colour answers for its index,
+// so that it never reads as by layer (256) or by block (0).
+uint16_t nearestIndex(uint8_t red, uint8_t green, uint8_t blue)
+{
+    const std::array<uint32_t, 256>& palette = zrHostIndexPalette();
+    uint16_t best = 1;
+    int bestDistance = INT_MAX;
+    for (uint16_t i = 1; i < 256; ++i) {
+        const int dr = int(palette[i] & 0xFF) - red;
+        const int dg = int((palette[i] >> 8) & 0xFF) - green;
+        const int db = int((palette[i] >> 16) & 0xFF) - blue;
+        const int distance = dr * dr + dg * dg + db * db;
+        if (distance < bestDistance) {
+            bestDistance = distance;
+            best = i;
+        }
+    }
+    return best;
 }
 
 } // namespace
@@ -54,12 +58,20 @@ ZrCmEntityColor::ColorMethod ZrCmColor::colorMethod() const { return m_method; }
 
 int ZrCmColor::setColorMethod(ZrCmEntityColor::ColorMethod method)
 {
+    if (!isKnownMethod(method))
+        return Zr::eInvalidInput;
+    // An index colour turned true colour keeps the look it had.
+    if (method == ZrCmEntityColor::kByColor && !isByColor()) {
+        m_red = red();
+        m_green = green();
+        m_blue = blue();
+    }
     m_method = method;
     if (method == ZrCmEntityColor::kByLayer)
         m_index = 256;
     else if (method == ZrCmEntityColor::kByBlock)
         m_index = 0;
-    return 0;
+    return Zr::eOk;
 }
 
 bool ZrCmColor::isByColor() const { return m_method == ZrCmEntityColor::kByColor; }
@@ -78,15 +90,18 @@ uint32_t ZrCmColor::color() const
 
 int ZrCmColor::setColor(uint32_t word)
 {
-    m_method = static_cast<ZrCmEntityColor::ColorMethod>(word >> 24);
-    if (m_method == ZrCmEntityColor::kByColor) {
+    const auto method = static_cast<ZrCmEntityColor::ColorMethod>(word >> 24);
+    if (!isKnownMethod(method))
+        return Zr::eInvalidInput;
+    m_method = method;
+    if (method == ZrCmEntityColor::kByColor) {
         m_red = uint8_t(word >> 16);
         m_green = uint8_t(word >> 8);
         m_blue = uint8_t(word);
     } else {
         m_index = uint16_t(word & 0xFFFF);
     }
-    return 0;
+    return Zr::eOk;
 }
 
 int ZrCmColor::setRGB(uint8_t red, uint8_t green, uint8_t blue)
@@ -95,22 +110,22 @@ int ZrCmColor::setRGB(uint8_t red, uint8_t green, uint8_t blue)
     m_red = red;
     m_green = green;
     m_blue = blue;
-    return 0;
+    return Zr::eOk;
 }
 
 int ZrCmColor::setRed(uint8_t red) { return setRGB(red, green(), blue()); }
 int ZrCmColor::setGreen(uint8_t green) { return setRGB(red(), green, blue()); }
 int ZrCmColor::setBlue(uint8_t blue) { return setRGB(red(), green(), blue); }
 
-uint8_t ZrCmColor::red() const { return isByColor() ? m_red : channelOfIndex(m_index, 16); }
+uint8_t ZrCmColor::red() const { return isByColor() ? m_red : channelOfIndex(m_index, 0); }
 uint8_t ZrCmColor::green() const { return isByColor() ? m_green : channelOfIndex(m_index, 8); }
-uint8_t ZrCmColor::blue() const { return isByColor() ? m_blue : channelOfIndex(m_index, 0); }
-uint16_t ZrCmColor::colorIndex() const { return m_index; }
+uint8_t ZrCmColor::blue() const { return isByColor() ? m_blue : channelOfIndex(m_index, 16); }
+uint16_t ZrCmColor::colorIndex() const { return isByColor() ? nearestIndex(m_red, m_green, m_blue) : m_index; }
 
 int ZrCmColor::setColorIndex(uint16_t index)
 {
     m_index = index;
-    return 0;
+    return Zr::eOk;
 }
 
 uint16_t ZrCmColor::penIndex() const { return m_index; }
@@ -120,23 +135,34 @@ int ZrCmColor::setNames(const wchar_t* colorName, const wchar_t* bookName)
 {
     const ZrString color(colorName);
     const ZrString book(bookName);
-    if (color.isEmpty() && book.isEmpty()) {
-        m_names.reset();
-        return 0;
-    }
     // A new record each time: copies of this colour keep sharing the old one.
-    m_names = std::make_shared<const Names>(
-        Names{color, book, book.isEmpty() ? color : book + ZrString(L"$") + color});
-    return 0;
+    m_names = color.isEmpty() && book.isEmpty() ? nullptr
+                                                 : std::make_shared<const Names>(Names{color, book, ZrString()});
+    return Zr::eOk;
 }
 
 const wchar_t* ZrCmColor::colorName() const { return m_names ? m_names->colorName.kwszPtr() : L""; }
 const wchar_t* ZrCmColor::bookName() const { return m_names ? m_names->bookName.kwszPtr() : L""; }
-const wchar_t* ZrCmColor::colorNameForDisplay() { return m_names ? m_names->displayName.kwszPtr() : L""; }
+
+// A book colour shows as BOOK$COLOUR, the form the colour line takes back; any other colour by its
+// value. The text is kept in a fresh names record, since the value may have changed since last asked.
+const wchar_t* ZrCmColor::colorNameForDisplay()
+{
+    ZrString display;
+    if (hasColorName())
+        display = hasBookName() ? m_names->bookName + ZrString(L"$") + m_names->colorName : m_names->colorName;
+    else if (isByColor())
+        display = ZrString::format(L"%d,%d,%d", int(m_red), int(m_green), int(m_blue));
+    else if (isByLayer() || isByBlock() || isByACI())
+        display = zrutColorToStr(short(m_index));
+    m_names = std::make_shared<const Names>(Names{ZrString(colorName()), ZrString(bookName()), display});
+    return m_names->displayName.kwszPtr();
+}
+
 bool ZrCmColor::hasColorName() const { return m_names && !m_names->colorName.isEmpty(); }
 bool ZrCmColor::hasBookName() const { return m_names && !m_names->bookName.isEmpty(); }
 
-ZrCmEntityColor ZrCmColor::entityColor() const { return ZrCmEntityColor(m_method, m_index); }
+ZrCmEntityColor ZrCmColor::entityColor() const { return ZrCmEntityColor(m_method, colorIndex()); }
 
 bool ZrCmColor::operator==(const ZrCmColor& other) const
 {

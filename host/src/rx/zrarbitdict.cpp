@@ -4,6 +4,7 @@
 
 #include "zrhostservices.h"
 #include "zrreactor.h"
+#include "zrsystem.h"
 
 #include <map>
 #include <utility>
@@ -65,6 +66,7 @@ void zrHostStartServices()
     state.registry->atPut(ACRX_COMMAND_DOCK, commands);
     zrrxRelease(commands);
     state.numbered[3] = ZrRxObjectPtr(new ZrRxObjectImpl<ZrDbDatabaseService>(), kZrAttach);
+    zr_arbitDict_regservice(1, ZrRxObjectPtr(new ZrRxObjectImpl<CXuSysHelpSvr>(), kZrAttach));
 }
 
 void zrHostStopServices()

@@ -10,6 +10,7 @@
 #include <QStringList>
 #include <QVector>
 #include <QWidget>
+#include <functional>
 
 struct ZrHostWindowCall
 {
@@ -27,6 +28,8 @@ struct ZrHostMessageRecord
 struct ZrHostUi
 {
     int theme = 1;
+    // The background of the drawing view; the current palette's foreground follows it.
+    bool drawingBackgroundDark = true;
     QPointer<QWidget> mainWindow;
     QPointer<QWidget> targetWindow;
     QPointer<QWidget> viewWindow;
@@ -36,6 +39,8 @@ struct ZrHostUi
     QVector<ZrHostWindowCall> cursorCalls;
     QVector<ZrHostWindowCall> focusCalls;
     QStringList helpTopics;
+    // Told each topic the help is opened at, as it is recorded.
+    std::function<void(const QString& topic)> helpListener;
     QVector<ZrHostMessageRecord> messageLog;
 };
 

@@ -39,6 +39,7 @@ struct CXuSystem::Data
 {
     CXuServiceManager services;
     CXuDocManager documents;
+    CXuPathService paths;
 };
 
 CXuSystem::CXuSystem() : d(new Data) {}
@@ -62,3 +63,9 @@ CXuDocContext* CXuSystem::docContext()
 
 QWidget* CXuSystem::mainWindow() const { return zrHostUi().mainWindow; }
 QWidget* CXuSystem::mainFrame() const { return zrHostUi().mainWindow; }
+CXuPathService* CXuSystem::pathService() { return &d->paths; }
+
+bool CXuSystem::isActiveViewReady() const
+{
+    return d->documents.curDocument() && zrHostUi().viewWindow;
+}

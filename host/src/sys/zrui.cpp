@@ -105,4 +105,10 @@ void zruiSetFocus(void* window)
 
 int zredGetCurrentTheme() { return zrHostUi().theme; }
 
-void zredFunHelp(const ZrString& topic) { zrHostUi().helpTopics << topic.toQString(); }
+void zredFunHelp(const ZrString& topic)
+{
+    ZrHostUi& ui = zrHostUi();
+    ui.helpTopics << topic.toQString();
+    if (ui.helpListener)
+        ui.helpListener(ui.helpTopics.last());
+}
