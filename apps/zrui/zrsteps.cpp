@@ -2,15 +2,22 @@
 
 #include "zrappenv.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPixmap>
+#include <QPointer>
 #include <QRadioButton>
+#include <QRegion>
 #include <QStyleOptionButton>
+#include <QTabBar>
+#include <QTabWidget>
 #include <QTest>
 #include <QTimer>
+#include <QWindow>
 
 #include <algorithm>
 #include <iterator>
@@ -31,6 +38,20 @@ QStringList splitSteps(const QString& text)
     return parts;
 }
 
+// NAME@X,Y, split at the last "@" so that a name may hold one.
+bool readTargetPoint(ZrStep* step)
+{
+    const int at = step->argument.lastIndexOf(QLatin1Char('@'));
+    const QStringList coordinates = step->argument.mid(at + 1).split(QLatin1Char(','));
+    if (at <= 0 || coordinates.size() != 2)
+        return false;
+    bool xOk = false;
+    bool yOk = false;
+    step->target = step->argument.left(at);
+    step->point = QPoint(coordinates[0].trimmed().toInt(&xOk), coordinates[1].trimmed().toInt(&yOk));
+    return xOk && yOk;
+}
+
 // Empty when the step is well formed, else why not.
 QString readStep(const QString& written, ZrStep* step)
 {
@@ -40,17 +61,34 @@ QString readStep(const QString& written, ZrStep* step)
     step->argument = colon < 0 ? QString() : written.mid(colon + 1);
 
     static const struct { const char* verb; ZrStep::Kind kind; } verbs[] = {
-        {"click", ZrStep::Click}, {"key", ZrStep::Key},   {"type", ZrStep::Type},   {"focus", ZrStep::Focus},
-        {"wait", ZrStep::Wait},   {"shot", ZrStep::Shot}, {"close", ZrStep::Close},
+        {"click", ZrStep::Click},     {"key", ZrStep::Key},   {"type", ZrStep::Type},
+        {"focus", ZrStep::Focus},     {"wait", ZrStep::Wait}, {"shot", ZrStep::Shot},
+        {"close", ZrStep::Close},     {"clickat", ZrStep::ClickAt}, {"dblclickat", ZrStep::DoubleClickAt},
+        {"hover", ZrStep::Hover},     {"select", ZrStep::Select},
     };
     const auto known = std::find_if(std::begin(verbs), std::end(verbs),
                                     [&verb](const auto& v) { return verb == QLatin1String(v.verb); });
     if (known == std::end(verbs))
         return QStringLiteral("unknown step; the steps are click:X, key:SEQ, type:TEXT, focus:X, wait:MS, "
-                              "shot:FILE.png and close");
+                              "shot:FILE.png, close, clickat:NAME@X,Y, dblclickat:NAME@X,Y, hover:NAME@X,Y "
+                              "and select:NAME=TEXT");
     step->kind = known->kind;
 
     switch (step->kind) {
+    case ZrStep::ClickAt:
+    case ZrStep::DoubleClickAt:
+    case ZrStep::Hover:
+        return readTargetPoint(step) ? QString()
+                                     : verb + QStringLiteral(" needs NAME@X,Y, X and Y whole pixels");
+    case ZrStep::Select: {
+        // The first "=" ends the name: an item's text may hold one, an object name hardly ever does.
+        const int equals = step->argument.indexOf(QLatin1Char('='));
+        if (equals <= 0)
+            return QStringLiteral("select needs NAME=TEXT");
+        step->target = step->argument.left(equals);
+        step->item = step->argument.mid(equals + 1);
+        return {};
+    }
     case ZrStep::Close:
         return colon < 0 ? QString() : QStringLiteral("close takes no argument");
     case ZrStep::Wait: {
@@ -147,6 +185,173 @@ void typeText(QWidget* target, const QString& text)
     }
 }
 
+QWidget* findVisibleWidget(QWidget* window, const QString& name)
+{
+    const QList<QWidget*> named = window->findChildren<QWidget*>(name);
+    const auto visible = std::find_if(named.begin(), named.end(), [](QWidget* widget) { return widget->isVisible(); });
+    return visible == named.end() ? nullptr : *visible;
+}
+
+QString noVisibleWidget(const QString& name)
+{
+    return QStringLiteral("no visible widget named \"%1\"").arg(name);
+}
+
+// The mouse at one point of a widget, handed to its window as the window system hands it over: the
+// widget under the pointer gets the events, enter and leave are sent, Qt records where the pointer is,
+// and two quick clicks make a double click. QTest's functions for windows would turn the event loop
+// between the move and the click, and with it the next step.
+class Pointer
+{
+public:
+    Pointer(QWidget* widget, QPoint point)
+        : m_top(widget->window()),
+          m_window(m_top->windowHandle()),
+          m_local(widget->mapTo(m_top, point)),
+          m_global(widget->mapToGlobal(point))
+    {
+    }
+
+    void move() const
+    {
+        // The window is entered first, as the window system would say; Qt passes that on to the
+        // widget under the pointer and its parents.
+        if (m_window && !m_top->underMouse()) {
+            QEnterEvent enter(m_local, m_local, m_global);
+            QCoreApplication::sendEvent(m_window, &enter);
+        }
+        send(QEvent::MouseMove, Qt::NoButton, Qt::NoButton);
+    }
+
+    void click(int times) const
+    {
+        for (int i = 0; i < times; ++i) {
+            send(QEvent::MouseButtonPress, Qt::LeftButton, Qt::LeftButton);
+            send(QEvent::MouseButtonRelease, Qt::NoButton, Qt::LeftButton);
+        }
+        // The next click, in this step or a later one, starts afresh.
+        QTest::lastMouseTimestamp += QTest::mouseDoubleClickInterval;
+    }
+
+private:
+    // A press may open a nested modal window and return only once it has gone, and the window
+    // clicked may have gone with it.
+    void send(QEvent::Type type, Qt::MouseButtons buttons, Qt::MouseButton button) const
+    {
+        if (m_window)
+            qt_handleMouseEvent(m_window, m_local, m_global, buttons, button, type, Qt::NoModifier,
+                                ++QTest::lastMouseTimestamp);
+    }
+
+    QPointer<QWidget> m_top;
+    QPointer<QWindow> m_window;
+    QPoint m_local;
+    QPoint m_global;
+};
+
+void clickAt(QWidget* widget, QPoint point)
+{
+    const Pointer pointer(widget, point);
+    pointer.move();
+    pointer.click(1);
+}
+
+// Empty when the item was clicked, else why not.
+QString clickItem(QAbstractItemView* view, const QModelIndex& item, const QString& what)
+{
+    if (!(item.flags() & Qt::ItemIsEnabled))
+        return what + QStringLiteral(" is disabled");
+    view->scrollTo(item);
+    const QRect shown = view->visualRect(item).intersected(view->viewport()->rect());
+    if (shown.isEmpty())
+        return what + QStringLiteral(" is out of sight");
+    clickAt(view->viewport(), shown.center());
+    return {};
+}
+
+// The first item in the order of rows, then columns, then children.
+QModelIndex findItem(const QAbstractItemModel* model, const QModelIndex& parent, const QString& text)
+{
+    for (int row = 0; row < model->rowCount(parent); ++row) {
+        for (int column = 0; column < model->columnCount(parent); ++column) {
+            const QModelIndex item = model->index(row, column, parent);
+            if (item.data(Qt::DisplayRole).toString() == text)
+                return item;
+        }
+        const QModelIndex below = findItem(model, model->index(row, 0, parent), text);
+        if (below.isValid())
+            return below;
+    }
+    return {};
+}
+
+// In the combo box's list, where a user's choice is made: the only way to every signal of one.
+QString chooseInComboBox(QComboBox* combo, int row, const QString& what)
+{
+    combo->showPopup();
+    QString why = clickItem(combo->view(),
+                            combo->model()->index(row, combo->modelColumn(), combo->rootModelIndex()), what);
+    // An open list would take every later click of the run.
+    if (combo->view()->isVisible()) {
+        combo->hidePopup();
+        if (why.isEmpty())
+            why = what + QStringLiteral(": the list did not take the click");
+    }
+    return why;
+}
+
+int findTab(const QTabBar* bar, const QString& text)
+{
+    for (int i = 0; i < bar->count(); ++i) {
+        if (bar->tabText(i) == text)
+            return i;
+    }
+    return -1;
+}
+
+// By a click on the tab, which a dialog may refuse as it refuses a user's.
+QString clickTab(QTabBar* bar, int tab, const QString& what)
+{
+    if (!bar->isTabEnabled(tab))
+        return what + QStringLiteral(" is disabled");
+    // The widest part of the tab that no scroll or close button covers.
+    QRegion uncovered(bar->tabRect(tab).intersected(bar->rect()));
+    for (const QWidget* button : bar->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (button->isVisible())
+            uncovered -= button->geometry();
+    }
+    const auto widest = std::max_element(uncovered.begin(), uncovered.end(),
+                                         [](const QRect& a, const QRect& b) { return a.width() < b.width(); });
+    if (widest == uncovered.end())
+        return what + QStringLiteral(" is out of sight");
+    clickAt(bar, widest->center());
+    return {};
+}
+
+// Empty when the item was chosen, else why not.
+QString selectItem(QWidget* widget, const QString& text)
+{
+    const QString name = widget->objectName();
+    const QString what = QStringLiteral("\"%1\" in \"%2\"").arg(text, name);
+    const QString noItem = QStringLiteral("no item ") + what;
+    if (!widget->isEnabled())
+        return QStringLiteral("\"%1\" is disabled").arg(name);
+    if (auto* combo = qobject_cast<QComboBox*>(widget)) {
+        const int row = combo->findText(text, Qt::MatchExactly | Qt::MatchCaseSensitive);
+        return row < 0 ? noItem : chooseInComboBox(combo, row, what);
+    }
+    auto* tabs = qobject_cast<QTabWidget*>(widget);
+    if (QTabBar* bar = tabs ? tabs->tabBar() : qobject_cast<QTabBar*>(widget)) {
+        const int tab = findTab(bar, text);
+        return tab < 0 ? noItem : clickTab(bar, tab, what);
+    }
+    if (auto* view = qobject_cast<QAbstractItemView*>(widget)) {
+        const QModelIndex item = view->model() ? findItem(view->model(), view->rootIndex(), text) : QModelIndex();
+        return item.isValid() ? clickItem(view, item, what) : noItem;
+    }
+    return QStringLiteral("\"%1\" is not a combo box, tab widget, tab bar, list or tree view").arg(name);
+}
+
 bool saveGrab(QWidget* window, const QString& file)
 {
     return window->grab().save(file, "PNG");
@@ -170,11 +375,34 @@ QString carryOut(const ZrStep& step, QWidget* window)
         typeText(keyTarget(window), step.argument);
         return {};
     case ZrStep::Focus: {
-        auto* widget = window->findChild<QWidget*>(step.argument);
-        if (!widget || !widget->isVisible())
-            return QStringLiteral("no visible widget named \"%1\"").arg(step.argument);
+        QWidget* widget = findVisibleWidget(window, step.argument);
+        if (!widget)
+            return noVisibleWidget(step.argument);
         widget->setFocus(Qt::OtherFocusReason);
         return {};
+    }
+    case ZrStep::ClickAt:
+    case ZrStep::DoubleClickAt:
+    case ZrStep::Hover: {
+        QWidget* widget = findVisibleWidget(window, step.target);
+        if (!widget)
+            return noVisibleWidget(step.target);
+        if (!widget->rect().contains(step.point))
+            return QStringLiteral("%1,%2 lies outside \"%3\", which is %4x%5 pixels")
+                .arg(step.point.x())
+                .arg(step.point.y())
+                .arg(step.target)
+                .arg(widget->width())
+                .arg(widget->height());
+        const Pointer pointer(widget, step.point);
+        pointer.move();
+        if (step.kind != ZrStep::Hover)
+            pointer.click(step.kind == ZrStep::DoubleClickAt ? 2 : 1);
+        return {};
+    }
+    case ZrStep::Select: {
+        QWidget* widget = findVisibleWidget(window, step.target);
+        return widget ? selectItem(widget, step.item) : noVisibleWidget(step.target);
     }
     case ZrStep::Shot:
         return saveGrab(window, step.argument) ? QString() : QStringLiteral("cannot write %1").arg(step.argument);

@@ -3,6 +3,7 @@
 
 #include <QKeySequence>
 #include <QObject>
+#include <QPoint>
 #include <QString>
 #include <QVector>
 #include <functional>
@@ -10,10 +11,13 @@
 
 struct ZrStep
 {
-    enum Kind { Click, Key, Type, Focus, Wait, Shot, Close };
+    enum Kind { Click, Key, Type, Focus, Wait, Shot, Close, ClickAt, DoubleClickAt, Hover, Select };
     Kind kind = Close;
     QString text;     // as written, for messages
     QString argument; // what follows the ":"
+    QString target;   // the object name before "@" or "="
+    QPoint point;     // after "@", in the target's own pixels
+    QString item;     // after "=", the text of the item to choose
     QKeySequence keys;
     int milliseconds = 0;
 };

@@ -1,15 +1,25 @@
-// zrui's steps, run in-process on dialogs of the test's own: radio buttons, and a message box that a
-// dialog opens over itself, which only the steps after the one that opened it can answer.
+// zrui's steps, run in-process on dialogs of the test's own: radio buttons, a message box that a
+// dialog opens over itself, which only the steps after the one that opened it can answer, a painted
+// widget that notes the mouse events it gets, and the widgets a choice is made in.
 
 #include "zrsteps.h"
 #include "zrtestmain.h"
 
+#include <QComboBox>
 #include <QDialog>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMessageBox>
+#include <QMouseEvent>
+#include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSignalSpy>
+#include <QStandardItemModel>
+#include <QTabBar>
+#include <QTabWidget>
 #include <QTest>
+#include <QTreeWidget>
 #include <QVBoxLayout>
 
 namespace {
@@ -54,6 +64,81 @@ private:
     QLineEdit* m_name;
 };
 
+// A grid of cells drawn by hand, as palettes and swatches are, that notes the mouse as it sees it.
+class PaintedGrid : public QWidget
+{
+public:
+    static constexpr int kWidth = 80;
+    static constexpr int kHeight = 40;
+
+    explicit PaintedGrid(QWidget* parent) : QWidget(parent)
+    {
+        setObjectName(QStringLiteral("grid"));
+        setFixedSize(kWidth, kHeight);
+        setMouseTracking(true);
+    }
+
+    // "enter", "leave", then "press X,Y", "release X,Y", "double X,Y" and "move X,Y".
+    QStringList seen;
+
+protected:
+    bool event(QEvent* event) override
+    {
+        static const QMap<QEvent::Type, QString> names{
+            {QEvent::Enter, QStringLiteral("enter")},
+            {QEvent::Leave, QStringLiteral("leave")},
+            {QEvent::MouseButtonPress, QStringLiteral("press")},
+            {QEvent::MouseButtonRelease, QStringLiteral("release")},
+            {QEvent::MouseButtonDblClick, QStringLiteral("double")},
+            {QEvent::MouseMove, QStringLiteral("move")},
+        };
+        const QString name = names.value(event->type());
+        if (event->type() == QEvent::Enter || event->type() == QEvent::Leave) {
+            seen << name;
+        } else if (!name.isEmpty()) {
+            const QPoint at = static_cast<QMouseEvent*>(event)->pos();
+            seen << QStringLiteral("%1 %2,%3").arg(name).arg(at.x()).arg(at.y());
+        }
+        return QWidget::event(event);
+    }
+
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        for (int x = 0; x < kWidth; x += 10) {
+            for (int y = 0; y < kHeight; y += 10)
+                painter.fillRect(x, y, 10, 10, QColor::fromHsv((x * 4 + y) % 360, 200, 230));
+        }
+    }
+};
+
+// A dialog with a column of widgets and an OK button that accepts it.
+class ColumnDialog : public QDialog
+{
+public:
+    ColumnDialog()
+    {
+        new QVBoxLayout(this);
+        connect(addOkButton(this), &QPushButton::clicked, this, &QDialog::accept);
+    }
+
+    template <typename Widget>
+    Widget* add(const QString& name)
+    {
+        auto* widget = new Widget(this);
+        widget->setObjectName(name);
+        static_cast<QVBoxLayout*>(layout())->insertWidget(layout()->count() - 1, widget);
+        return widget;
+    }
+};
+
+// Swallows presses on a tab bar, as a dialog does that will not leave a tab holding a bad entry.
+class PressRefusal : public QObject
+{
+protected:
+    bool eventFilter(QObject*, QEvent* event) override { return event->type() == QEvent::MouseButtonPress; }
+};
+
 struct MessageBoxSeen
 {
     QString title;
@@ -87,6 +172,16 @@ private:
         return result;
     }
 
+    // Runs the steps and then OK; empty when all went well, else what did not.
+    QString runThenAccept(QDialog* dialog, const QString& stepText)
+    {
+        QString error;
+        const int result = runWithSteps(dialog, stepText + QStringLiteral(";click:btnOK"), &error);
+        if (error.isEmpty() && result != QDialog::Accepted)
+            error = QStringLiteral("the dialog was not accepted");
+        return error;
+    }
+
 private Q_SLOTS:
     // The rows are wide, so the middle of a row lies beyond the button's label.
     void radioButtonIsClickedByItsText()
@@ -101,8 +196,7 @@ private Q_SLOTS:
         circle->setChecked(true);
         connect(addOkButton(&dialog), &QPushButton::clicked, &dialog, &QDialog::accept);
 
-        QString error;
-        QCOMPARE(runWithSteps(&dialog, QStringLiteral("click:方;click:btnOK"), &error), int(QDialog::Accepted));
+        const QString error = runThenAccept(&dialog, QStringLiteral("click:方"));
         QVERIFY2(error.isEmpty(), qPrintable(error));
         QVERIFY(square->isChecked());
         QVERIFY(!circle->isChecked());
@@ -128,6 +222,291 @@ private Q_SLOTS:
         QCOMPARE(dialog.name(), QStringLiteral("Li"));
         const MessageBoxSeen refusal{kRefusalTitle, kRefusalText};
         QCOMPARE(seen, QVector<MessageBoxSeen>(steps.count(QStringLiteral("click:btnOK")) - 1, refusal));
+    }
+
+    void newStepsAreRead_data()
+    {
+        QTest::addColumn<QString>("written");
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<QString>("target");
+        QTest::addColumn<QPoint>("point");
+        QTest::addColumn<QString>("item");
+
+        QTest::newRow("clickat") << "clickat:grid@3,4" << int(ZrStep::ClickAt) << "grid" << QPoint(3, 4) << "";
+        QTest::newRow("dblclickat") << "dblclickat:grid@0,0" << int(ZrStep::DoubleClickAt) << "grid" << QPoint(0, 0)
+                                    << "";
+        QTest::newRow("hover, blanks around the pixels") << "hover:grid@ 12 , 7 " << int(ZrStep::Hover) << "grid"
+                                                         << QPoint(12, 7) << "";
+        QTest::newRow("the last @ ends the name") << "clickat:a@b@5,6" << int(ZrStep::ClickAt) << "a@b" << QPoint(5, 6)
+                                                  << "";
+        // Outside any widget: the run, not the reading, refuses it.
+        QTest::newRow("negative pixels") << "clickat:grid@-1,2" << int(ZrStep::ClickAt) << "grid" << QPoint(-1, 2)
+                                         << "";
+        QTest::newRow("select") << "select:layers=图层 1" << int(ZrStep::Select) << "layers" << QPoint() << "图层 1";
+        QTest::newRow("the first = ends the name") << "select:combo=a=b@1,2" << int(ZrStep::Select) << "combo"
+                                                   << QPoint() << "a=b@1,2";
+        QTest::newRow("select of an empty item") << "select:combo=" << int(ZrStep::Select) << "combo" << QPoint()
+                                                 << "";
+    }
+
+    void newStepsAreRead()
+    {
+        QFETCH(QString, written);
+        QFETCH(int, kind);
+        QFETCH(QString, target);
+        QFETCH(QPoint, point);
+        QFETCH(QString, item);
+
+        QVector<ZrStep> steps;
+        QString error;
+        QVERIFY2(parseSteps(QStringLiteral("key:Esc;") + written, &steps, &error), qPrintable(error));
+        QCOMPARE(steps.size(), 2);
+        QCOMPARE(int(steps[1].kind), kind);
+        QCOMPARE(steps[1].target, target);
+        QCOMPARE(steps[1].point, point);
+        QCOMPARE(steps[1].item, item);
+    }
+
+    void badNewStepsAreNamed_data()
+    {
+        QTest::addColumn<QString>("written");
+
+        for (const char* verb : {"clickat", "dblclickat", "hover"}) {
+            const QString v = QLatin1String(verb);
+            QTest::addRow("%s without a point", verb) << v + ":grid";
+            QTest::addRow("%s without a name", verb) << v + ":@1,2";
+            QTest::addRow("%s with one coordinate", verb) << v + ":grid@1";
+            QTest::addRow("%s with three coordinates", verb) << v + ":grid@1,2,3";
+            QTest::addRow("%s with a fraction", verb) << v + ":grid@1.5,2";
+            QTest::addRow("%s with letters", verb) << v + ":grid@x,y";
+            QTest::addRow("%s with nothing", verb) << v;
+        }
+        QTest::newRow("select without =") << "select:combo";
+        QTest::newRow("select without a name") << "select:=红";
+        QTest::newRow("select with nothing") << "select";
+    }
+
+    void badNewStepsAreNamed()
+    {
+        QFETCH(QString, written);
+
+        QVector<ZrStep> steps;
+        QString error;
+        QVERIFY(!parseSteps(QStringLiteral("wait:0;") + written + QStringLiteral(";close"), &steps, &error));
+        QVERIFY2(error.startsWith(QStringLiteral("step 2 \"%1\": ").arg(written)), qPrintable(error));
+    }
+
+    // The widget sees what a real mouse gives it, at the pixel asked for; two clicks in a row, even in
+    // two steps, are two clicks and not a double click.
+    void mouseStepsReachAPaintedWidget_data()
+    {
+        QTest::addColumn<QString>("steps");
+        QTest::addColumn<QStringList>("seen");
+
+        // Each row at pixels of its own: Qt passes a move on only when the pointer has moved.
+        QTest::newRow("hover") << "hover:grid@12,7" << QStringList{"enter", "move 12,7"};
+        QTest::newRow("click") << "clickat:grid@13,8" << QStringList{"enter", "move 13,8", "press 13,8", "release 13,8"};
+        QTest::newRow("double click") << "dblclickat:grid@79,39"
+                                      << QStringList{"enter", "move 79,39", "press 79,39", "release 79,39",
+                                                     "double 79,39", "release 79,39"};
+        QTest::newRow("two clicks") << "clickat:grid@0,0;clickat:grid@0,0"
+                                    << QStringList{"enter", "move 0,0", "press 0,0", "release 0,0", "press 0,0",
+                                                   "release 0,0"};
+        QTest::newRow("hover elsewhere") << "hover:grid@1,1;hover:grid@30,20"
+                                         << QStringList{"enter", "move 1,1", "move 30,20"};
+    }
+
+    void mouseStepsReachAPaintedWidget()
+    {
+        QFETCH(QString, steps);
+        QFETCH(QStringList, seen);
+
+        ColumnDialog dialog;
+        // A painted widget of the same name that is not shown must not take the steps.
+        dialog.add<PaintedGrid>(QStringLiteral("grid"))->hide();
+        auto* grid = dialog.add<PaintedGrid>(QStringLiteral("grid"));
+        const QString error = runThenAccept(&dialog, steps);
+        QVERIFY2(error.isEmpty(), qPrintable(error));
+        QCOMPARE(grid->seen.join(QStringLiteral(" | ")), seen.join(QStringLiteral(" | ")));
+        QVERIFY(grid->underMouse());
+    }
+
+    // Each step that cannot find its target ends the run, named, with the dialog closed.
+    void missingTargetsEndTheRun_data()
+    {
+        QTest::addColumn<QString>("step");
+        QTest::addColumn<QString>("why");
+
+        QTest::newRow("no such widget") << "clickat:nowhere@1,1" << "no visible widget named \"nowhere\"";
+        QTest::newRow("hidden widget") << "hover:hidden@1,1" << "no visible widget named \"hidden\"";
+        QTest::newRow("right of the widget") << "clickat:grid@80,0" << "80,0 lies outside \"grid\", which is 80x40";
+        QTest::newRow("below the widget") << "dblclickat:grid@0,40" << "0,40 lies outside \"grid\"";
+        QTest::newRow("left of the widget") << "hover:grid@-1,0" << "-1,0 lies outside \"grid\"";
+        QTest::newRow("no widget to select in") << "select:nowhere=a" << "no visible widget named \"nowhere\"";
+        QTest::newRow("not a chooser") << "select:grid=a" << "\"grid\" is not a combo box";
+        QTest::newRow("no such combo item") << "select:combo=红色" << "no item \"红色\" in \"combo\"";
+        QTest::newRow("combo item in another case") << "select:combo=Blue" << "no item \"Blue\" in \"combo\"";
+        QTest::newRow("disabled combo item") << "select:combo=灰" << "\"灰\" in \"combo\" is disabled";
+        QTest::newRow("disabled combo box") << "select:off=红" << "\"off\" is disabled";
+        QTest::newRow("no such tab") << "select:tabs=图层" << "no item \"图层\" in \"tabs\"";
+        QTest::newRow("disabled tab") << "select:tabs=图层 1" << "\"图层 1\" in \"tabs\" is disabled";
+        QTest::newRow("tab beyond the scroll buttons") << "select:tabs=图层 19"
+                                                       << "\"图层 19\" in \"tabs\" is out of sight";
+        QTest::newRow("no such list item") << "select:list=item 200" << "no item \"item 200\" in \"list\"";
+        QTest::newRow("a list item's start only") << "select:list=item 1" << "no item \"item 1\" in \"list\"";
+    }
+
+    void missingTargetsEndTheRun()
+    {
+        QFETCH(QString, step);
+        QFETCH(QString, why);
+
+        ColumnDialog dialog;
+        dialog.add<PaintedGrid>(QStringLiteral("grid"));
+        dialog.add<PaintedGrid>(QStringLiteral("hidden"))->hide();
+        auto* combo = dialog.add<QComboBox>(QStringLiteral("combo"));
+        combo->addItems({QStringLiteral("红"), QStringLiteral("blue"), QStringLiteral("灰")});
+        qobject_cast<QStandardItemModel*>(combo->model())->item(2)->setEnabled(false);
+        auto* off = dialog.add<QComboBox>(QStringLiteral("off"));
+        off->addItem(QStringLiteral("红"));
+        off->setEnabled(false);
+        auto* tabs = dialog.add<QTabWidget>(QStringLiteral("tabs"));
+        for (int i = 0; i < 20; ++i)
+            tabs->addTab(new QWidget, QStringLiteral("图层 %1").arg(i));
+        tabs->setTabEnabled(1, false);
+        auto* list = dialog.add<QListWidget>(QStringLiteral("list"));
+        list->addItem(QStringLiteral("item 10"));
+
+        QString error;
+        QCOMPARE(runWithSteps(&dialog, QStringLiteral("wait:0;") + step + QStringLiteral(";click:btnOK"), &error),
+                 int(QDialog::Rejected));
+        QVERIFY2(error.startsWith(QStringLiteral("step 2 \"%1\": %2").arg(step, why)), qPrintable(error));
+        QCOMPARE(combo->currentIndex(), 0);
+        QVERIFY(!combo->view()->isVisible());
+    }
+
+    // A choice in a combo box's list gives every signal a user's choice gives, and closes the list.
+    void selectChoosesInAComboBox()
+    {
+        ColumnDialog dialog;
+        auto* combo = dialog.add<QComboBox>(QStringLiteral("combo"));
+        combo->addItems({QStringLiteral("红"), QStringLiteral("黄"), QStringLiteral("绿色"), QStringLiteral("绿")});
+        // Far enough down that the list must scroll to it.
+        for (int i = 0; i < 60; ++i)
+            combo->addItem(QStringLiteral("颜色 %1").arg(i));
+        QSignalSpy activated(combo, QOverload<int>::of(&QComboBox::activated));
+        QSignalSpy textActivated(combo, &QComboBox::textActivated);
+        QSignalSpy changed(combo, QOverload<int>::of(&QComboBox::currentIndexChanged));
+
+        const QString error = runThenAccept(&dialog, QStringLiteral("select:combo=绿;select:combo=颜色 55"));
+        QVERIFY2(error.isEmpty(), qPrintable(error));
+        QCOMPARE(combo->currentIndex(), 59);
+        QCOMPARE(activated.size(), 2);
+        QCOMPARE(activated.at(0).at(0).toInt(), 3);
+        QCOMPARE(textActivated.at(1).at(0).toString(), QStringLiteral("颜色 55"));
+        QCOMPARE(changed.size(), 2);
+        QVERIFY(!combo->view()->isVisible());
+    }
+
+    // Choosing the current item again still activates it, as a user's pick of it does.
+    void selectOfTheCurrentComboItemActivatesIt()
+    {
+        ColumnDialog dialog;
+        auto* combo = dialog.add<QComboBox>(QStringLiteral("combo"));
+        combo->addItems({QStringLiteral("红"), QStringLiteral("黄")});
+        QSignalSpy activated(combo, QOverload<int>::of(&QComboBox::activated));
+        QSignalSpy changed(combo, QOverload<int>::of(&QComboBox::currentIndexChanged));
+
+        const QString error = runThenAccept(&dialog, QStringLiteral("select:combo=红"));
+        QVERIFY2(error.isEmpty(), qPrintable(error));
+        QCOMPARE(activated.size(), 1);
+        QCOMPARE(changed.size(), 0);
+    }
+
+    // A tab is chosen by a click on it, so a dialog that refuses presses on its bar keeps its tab. The
+    // dialog is narrow: the tab chosen lies partly under the bar's scroll buttons.
+    void selectClicksATab_data()
+    {
+        QTest::addColumn<bool>("barOnly");
+        QTest::addColumn<bool>("refusing");
+        QTest::addColumn<int>("current");
+
+        QTest::newRow("tab widget") << false << false << 2;
+        QTest::newRow("tab bar") << true << false << 2;
+        QTest::newRow("refused") << false << true << 0;
+    }
+
+    void selectClicksATab()
+    {
+        QFETCH(bool, barOnly);
+        QFETCH(bool, refusing);
+        QFETCH(int, current);
+
+        ColumnDialog dialog;
+        auto* tabs = dialog.add<QTabWidget>(QStringLiteral("tabs"));
+        for (const QString& title : {QStringLiteral("索引颜色"), QStringLiteral("真彩色"), QStringLiteral("配色系统")})
+            tabs->addTab(new QWidget, title);
+        QTabBar* bar = tabs->tabBar();
+        if (barOnly)
+            bar->setObjectName(QStringLiteral("bar"));
+        PressRefusal refusal;
+        if (refusing)
+            bar->installEventFilter(&refusal);
+        QSignalSpy clicked(bar, &QTabBar::tabBarClicked);
+
+        const QString error =
+            runThenAccept(&dialog, barOnly ? QStringLiteral("select:bar=配色系统") : QStringLiteral("select:tabs=配色系统"));
+        QVERIFY2(error.isEmpty(), qPrintable(error));
+        QCOMPARE(tabs->currentIndex(), current);
+        QCOMPARE(clicked.size(), refusing ? 0 : 1);
+    }
+
+    // Items are clicked where they are shown, after scrolling to them and opening their branch.
+    void selectClicksAnItem()
+    {
+        ColumnDialog dialog;
+        auto* list = dialog.add<QListWidget>(QStringLiteral("list"));
+        list->setFixedHeight(60);
+        for (int i = 0; i < 100; ++i)
+            list->addItem(QStringLiteral("item %1").arg(i));
+        auto* tree = dialog.add<QTreeWidget>(QStringLiteral("tree"));
+        tree->setColumnCount(2);
+        auto* layer = new QTreeWidgetItem(tree, {QStringLiteral("图层"), QStringLiteral("0")});
+        new QTreeWidgetItem(layer, {QStringLiteral("墙"), QStringLiteral("红")});
+        new QTreeWidgetItem(layer, {QStringLiteral("门"), QStringLiteral("黄")});
+        QSignalSpy listClicked(list, &QAbstractItemView::clicked);
+        QSignalSpy treeClicked(tree, &QAbstractItemView::clicked);
+
+        const QString error = runThenAccept(&dialog, QStringLiteral("select:list=item 97;select:tree=黄"));
+        QVERIFY2(error.isEmpty(), qPrintable(error));
+        QCOMPARE(list->currentRow(), 97);
+        QCOMPARE(listClicked.size(), 1);
+        QCOMPARE(tree->currentItem()->text(0), QStringLiteral("门"));
+        QCOMPARE(tree->currentColumn(), 1);
+        QCOMPARE(treeClicked.size(), 1);
+        QVERIFY(layer->isExpanded());
+    }
+
+    // A step after one that opened a box over the dialog clicks in the box, though the dialog holds a
+    // widget of the same name under the same pixel.
+    void pointStepsActOnTheTopmostWindow()
+    {
+        ColumnDialog dialog;
+        auto* grid = dialog.add<PaintedGrid>(QStringLiteral("grid"));
+        auto* open = dialog.add<QPushButton>(QStringLiteral("open"));
+        QStringList innerSeen;
+        connect(open, &QPushButton::clicked, &dialog, [&dialog, &innerSeen] {
+            ColumnDialog box;
+            box.setParent(&dialog, Qt::Dialog);
+            auto* inner = box.add<PaintedGrid>(QStringLiteral("grid"));
+            box.exec();
+            innerSeen = inner->seen;
+        });
+
+        const QString error = runThenAccept(&dialog, QStringLiteral("click:open;clickat:grid@5,5;click:btnOK"));
+        QVERIFY2(error.isEmpty(), qPrintable(error));
+        QVERIFY2(innerSeen.contains(QStringLiteral("press 5,5")), qPrintable(innerSeen.join(QLatin1Char(','))));
+        QVERIFY2(!grid->seen.contains(QStringLiteral("press 5,5")), qPrintable(grid->seen.join(QLatin1Char(','))));
     }
 
     // The failing step is in the nested box's loop: the run still ends, naming it, with both windows closed.
