@@ -26,6 +26,16 @@ QStringList availableDialogs()
     return names;
 }
 
+ZrJsonPtr sampleParam(const QString& name)
+{
+    if (name == QLatin1String("MessageBox"))
+        return ElementValue::parse(
+            R"({"title":"ZrQtBaseUtils","msg":"这是一个消息框示例。","flag":3,"contentFlag":1,"dlgtype":32})");
+    if (name == QLatin1String("ColorDialog"))
+        return ElementValue::parse(R"({"method":195,"index":1,"isByLayerEnable":true,"isByBLockEnable":true})");
+    return ElementValue::createObject(kZrJsonObject);
+}
+
 ZrJsonPtr runDialog(const QString& name, const ZrJsonPtr& param, QWidget* parent)
 {
     const ZrRxObjectPtr helper(new ZrRxObjectImpl<ZrUiHelper>(), kZrAttach);

@@ -16,6 +16,10 @@ constexpr int kUiServiceSlot = 48;
 // The names the UI service answers to, in menu order; probed, so only what the module has now.
 QStringList availableDialogs();
 
+// What the reference host shows `name` with: a sample parameter object, an empty one for a dialog
+// without a sample.
+ZrJsonPtr sampleParam(const QString& name);
+
 // Runs `name` modally with a fresh companion object; a null handle when the name is unknown.
 ZrJsonPtr runDialog(const QString& name, const ZrJsonPtr& param, QWidget* parent);
 

@@ -3,6 +3,7 @@
 
 #include "zrappenv.h"
 #include "zrdialogrun.h"
+#include "zrhostcontrol.h"
 #include "zrhostmainwindow.h"
 #include "zrhostsession.h"
 #include "zrscreenshottour.h"
@@ -47,6 +48,8 @@ int main(int argc, char** argv)
 
     ZrApp::applyAppearance(theme);
     ZrHostSession session(theme);
+    // Colour 7 is drawn black on the light paper of the drawing view, white on the dark one.
+    ZrHostControl::setDrawingBackgroundDark(theme == ZrApp::kDarkTheme);
     if (!session.error().isEmpty()) {
         ZrApp::printLine(stderr, QStringLiteral("zrhostapp: ") + session.error());
         return kExitFailure;

@@ -54,12 +54,14 @@ ZrCommandPanel::ZrCommandPanel(QWidget* parent) : QWidget(parent), d(std::make_u
     ZrHostControl::setCommandListener([this](const QString& command, bool known) {
         appendLine(known ? QStringLiteral("  %1 完成").arg(command) : QStringLiteral("  未知命令 \"%1\"").arg(command));
     });
+    ZrHostControl::setHelpListener([this](const QString& topic) { appendLine(QStringLiteral("帮助: %1").arg(topic)); });
 }
 
 ZrCommandPanel::~ZrCommandPanel()
 {
     ZrHostControl::setMacroListener({});
     ZrHostControl::setCommandListener({});
+    ZrHostControl::setHelpListener({});
 }
 
 void ZrCommandPanel::appendLine(const QString& line)

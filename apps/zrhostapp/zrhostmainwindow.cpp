@@ -1,5 +1,6 @@
 #include "zrhostmainwindow.h"
 
+#include "zrcolorcombobox.h"
 #include "zrcommandpanel.h"
 #include "zrdbdatabase.h"
 #include "zrdialogrun.h"
@@ -29,14 +30,22 @@ namespace {
 const QString kAppTitle = QStringLiteral("ZrQtBaseUtils 参考主机");
 const QString kDrawingFilter = QStringLiteral("图纸 (*.json);;所有文件 (*)");
 
-// What each dialog is shown with from the menu; a dialog not listed gets an empty object.
-ZrJsonPtr sampleParam(const QString& name)
+// The module's colour box as the host's toolbar shows it: blank while the selected objects differ
+// in colour, as the layer box is, where the module's box keeps its last display.
+class ZrHostColorComboBox : public ZrColorComboBox
 {
-    if (name == QLatin1String("MessageBox"))
-        return ElementValue::parse(
-            R"({"title":"ZrQtBaseUtils","msg":"这是一个消息框示例。","flag":3,"contentFlag":1,"dlgtype":32})");
-    return ElementValue::createObject(kZrJsonObject);
-}
+public:
+    explicit ZrHostColorComboBox(QWidget* parent) : ZrColorComboBox(true, parent, true) {}
+
+    void onUpdateUI() override
+    {
+        ZrColorComboBox::onUpdateUI();
+        if (getPickFirstInfo()->status != ZrGlobalUIReactorHelp::SPickFirstInfo::kVaries)
+            return;
+        ZrQtBlockSignalUtil blocker(this);
+        QComboBox::setCurrentIndex(-1);
+    }
+};
 
 QDockWidget* addDock(QMainWindow* window, const QString& title, const QString& name, QWidget* content,
                      Qt::DockWidgetArea area)
@@ -56,6 +65,7 @@ struct ZrHostMainWindow::Data
     ZrHostEvents* events = nullptr;
     ZrDrawingView* view = nullptr;
     ZrLayerComboBox* layerBox = nullptr;
+    ZrColorComboBox* colorBox = nullptr;
     ZrCommandPanel* commandLine = nullptr;
     QAction* undo = nullptr;
     QAction* redo = nullptr;
@@ -101,6 +111,14 @@ ZrHostMainWindow::ZrHostMainWindow(const QStringList& dialogs) : d(std::make_uni
     d->layerBox->setToolTip(QStringLiteral("选中对象的图层；未选中时为当前图层"));
     layerLabel->setBuddy(d->layerBox);
     properties->addWidget(d->layerBox);
+    auto* colorLabel = new QLabel(QStringLiteral(" 颜色 "), properties);
+    properties->addWidget(colorLabel);
+    d->colorBox = new ZrHostColorComboBox(properties);
+    d->colorBox->setObjectName(QStringLiteral("colorComboBox"));
+    d->colorBox->setMinimumWidth(150);
+    d->colorBox->setToolTip(QStringLiteral("选中对象的颜色；未选中时为当前颜色 (CECOLOR)"));
+    colorLabel->setBuddy(d->colorBox);
+    properties->addWidget(d->colorBox);
 
     auto* layerDock = addDock(this, QStringLiteral("图层"), QStringLiteral("layerDock"),
                               new ZrLayerPanel(d->events), Qt::RightDockWidgetArea);
@@ -185,9 +203,14 @@ ZrLayerComboBox* ZrHostMainWindow::layerBox() const
     return d->layerBox;
 }
 
+ZrColorComboBox* ZrHostMainWindow::colorBox() const
+{
+    return d->colorBox;
+}
+
 void ZrHostMainWindow::runDialog(const QString& name)
 {
-    const ZrJsonPtr param = sampleParam(name);
+    const ZrJsonPtr param = ZrApp::sampleParam(name);
     const ZrJsonPtr answer = ZrApp::runDialog(name, param, this);
     appendToCommandLine(QString::fromUtf8(ZrApp::answerLine(param, answer)));
 }

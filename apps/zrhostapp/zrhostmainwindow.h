@@ -1,10 +1,11 @@
 #pragma once
 // The reference host's main window: the drawing view, the property toolbar with the module's layer
-// box and Undo/Redo, the layer panel, the Dialogs menu and the command line.
+// and colour boxes and Undo/Redo, the layer panel, the Dialogs menu and the command line.
 
 #include <QMainWindow>
 #include <memory>
 
+class ZrColorComboBox;
 class ZrDrawingView;
 class ZrLayerComboBox;
 
@@ -12,7 +13,7 @@ class ZrHostMainWindow : public QMainWindow
 {
 public:
     // `dialogs`: the names the module's UI service answers to. The module must be loaded and the
-    // reactor service installed: the layer box registers with it.
+    // reactor service installed: the layer and colour boxes register with it.
     explicit ZrHostMainWindow(const QStringList& dialogs);
     ~ZrHostMainWindow() override;
 
@@ -22,6 +23,7 @@ public:
 
     ZrDrawingView* drawingView() const;
     ZrLayerComboBox* layerBox() const;
+    ZrColorComboBox* colorBox() const;
 
 private:
     // Runs a dialog with its sample parameter and writes the answer line to the command line.

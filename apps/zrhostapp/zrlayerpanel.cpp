@@ -1,8 +1,10 @@
 #include "zrlayerpanel.h"
 
+#include "qt_common_ui.h"
 #include "zrappenv.h"
 #include "zrdbdatabase.h"
 #include "zrdbsymtb.h"
+#include "zrdrawingcontrol.h"
 #include "zrhostevents.h"
 #include "zrhosticons.h"
 #include "zrreactor.h"
@@ -123,6 +125,10 @@ ZrLayerPanel::ZrLayerPanel(ZrHostEvents* events, QWidget* parent) : QTreeWidget(
     header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     header()->setSectionResizeMode(NameColumn, QHeaderView::Stretch);
     header()->setDefaultAlignment(Qt::AlignCenter);
+    connect(this, &QTreeWidget::itemDoubleClicked, this, [this](QTreeWidgetItem* item, int column) {
+        if (column == ColorColumn)
+            chooseLayerColor(indexOfTopLevelItem(item));
+    });
     connect(events, &ZrHostEvents::changed, this, [this](qint64 kinds) {
         if (kinds & (kZrUiEventSysVar | kZrUiEventObject | kZrUiEventDocument | kZrUiEventLayerPanel))
             refresh();
@@ -165,6 +171,44 @@ void ZrLayerPanel::refresh()
         item->setToolTip(LockedColumn, row.locked ? QStringLiteral("锁定") : QStringLiteral("解锁"));
         item->setIcon(ColorColumn, ZrHostIcons::swatch(row.color, pal));
         item->setText(ColorColumn, row.colorText);
+        item->setToolTip(ColorColumn, QStringLiteral("双击更改图层颜色"));
     }
     d->rows = std::move(rows);
+}
+
+void ZrLayerPanel::chooseLayerColor(int row)
+{
+    if (row < 0 || static_cast<size_t>(row) >= d->rows.size())
+        return;
+    const ZrDbObjectId id(d->rows[static_cast<size_t>(row)].id);
+    ZrCmColor before;
+    {
+        ZrDbObjectPointer<ZrDbLayerTableRecord> layer(id, ZrDb::kForRead);
+        if (!layer)
+            return;
+        before = layer->color();
+    }
+    // A layer's own colour can't follow a layer or a block.
+    const ZrJsonPtr param = ElementValue::createObject(kZrJsonObject);
+    ZrCmColorToJson(before, param);
+    param->SetDataB("isByLayerEnable", false);
+    param->SetDataB("isByBLockEnable", false);
+    const ZrJsonPtr answer =
+        zruiShowModelDialogEx(kZrQtCommonUISvrSlot, ZrString(L"ColorDialog"), param, ZrRxObjectPtr(), window());
+    int result = 0;
+    if (!answer || !answer->GetDataI("result", result) || result != 1)
+        return;
+    const ZrCmColor chosen = JsonToZrCmColor(param);
+    if (!chosen.isByACI() && !chosen.isByColor())
+        return;
+    if (chosen == before)
+        return;
+    // The drawing may have changed while the dialog was up; the layer is looked at again.
+    ZrHostControl::beginUndoStep(ZrString(L"图层颜色"));
+    {
+        ZrDbObjectPointer<ZrDbLayerTableRecord> layer(id, ZrDb::kForWrite);
+        if (layer)
+            layer->setColor(chosen);
+    }
+    ZrHostControl::endUndoStep();
 }

@@ -1,5 +1,6 @@
 #pragma once
-// The layer panel: the layers of the current drawing with their states, read only.
+// The layer panel: the layers of the current drawing with their states. A double click on a layer's
+// colour opens the colour dialog for it; the rest is read only.
 
 #include <QTreeWidget>
 #include <memory>
@@ -18,6 +19,9 @@ public:
     void refresh();
 
 private:
+    // Asks the colour dialog for a new colour of the layer on `row` and writes it as one undo step.
+    void chooseLayerColor(int row);
+
     struct Data;
     std::unique_ptr<Data> d;
 };

@@ -16,6 +16,7 @@
 #include <QBuffer>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QPainter>
 #include <QTest>
 #include <QWindow>
 
@@ -24,19 +25,20 @@
 
 namespace {
 
-bool saveGrab(QWidget* widget, const QString& file)
+bool savePng(const QPixmap& picture, const QString& file)
 {
     QByteArray png;
     QBuffer buffer(&png);
     QString error;
-    if (!buffer.open(QIODevice::WriteOnly) || !widget->grab().save(&buffer, "PNG")
-        || !zrHostSaveFile(file, png, &error)) {
+    if (!buffer.open(QIODevice::WriteOnly) || !picture.save(&buffer, "PNG") || !zrHostSaveFile(file, png, &error)) {
         ZrApp::printLine(stderr, QStringLiteral("zrhostapp: cannot write %1").arg(error.isEmpty() ? file : error));
         return false;
     }
     ZrApp::printLine(stdout, file);
     return true;
 }
+
+bool saveGrab(QWidget* widget, const QString& file) { return savePng(widget->grab(), file); }
 
 struct Candidate
 {
@@ -138,6 +140,29 @@ bool writeMessageBox(ZrHostMainWindow* window, const QString& file)
     return written;
 }
 
+// The colour dialog on its index tab, drawn where it stands over the main window, and closed as its
+// close button would.
+bool writeColorDialog(ZrHostMainWindow* window, const QString& file)
+{
+    QObject dialogWatch;
+    bool written = false;
+    ZrApp::whenModalShown(&dialogWatch, [window, &file, &written](QWidget* dialog) {
+        QPixmap picture = window->grab();
+        QPainter painter(&picture);
+        painter.drawPixmap(window->mapFromGlobal(dialog->mapToGlobal(QPoint(0, 0))), dialog->grab());
+        painter.end();
+        written = savePng(picture, file);
+        dialog->close();
+    });
+    const QString name = QStringLiteral("ColorDialog");
+    const ZrJsonPtr param = ZrApp::sampleParam(name);
+    const ZrJsonPtr answer = ZrApp::runDialog(name, param, window);
+    const QString line = QString::fromUtf8(ZrApp::answerLine(param, answer));
+    window->appendToCommandLine(line);
+    ZrApp::printLine(stdout, line);
+    return written;
+}
+
 // How long the window may take to show the selection.
 constexpr int kSettleMs = 5000;
 
@@ -167,7 +192,8 @@ void takeScreenshots(ZrHostMainWindow* window, const QString& dir)
             }
             const QDir out(dir);
             const bool written = saveGrab(window, out.filePath(QStringLiteral("main-window.png")))
-                && writeMessageBox(window, out.filePath(QStringLiteral("message-box.png")));
+                && writeMessageBox(window, out.filePath(QStringLiteral("message-box.png")))
+                && writeColorDialog(window, out.filePath(QStringLiteral("color-dialog.png")));
             QApplication::exit(written ? 0 : 1);
         });
     });

@@ -1,6 +1,7 @@
 #include "qt_common_ui.h"
 #include "qt_common_ui_p.h"
 
+#include "qt_colordialog.h"
 #include "qt_messagebox.h"
 #include "zrglobaluireactor.h"
 
@@ -32,6 +33,8 @@ void unloadModule()
 
 const ZrQtDialogEntry kDialogs[] = {
     {L"MessageBox", &createModalDialog<ZrQtMessageBox>, ZrQtDialogParent::OverModal},
+    {L"ColorDialog", [](QWidget* parent) { return ZrQtColorDialog::createObject(parent); },
+     ZrQtDialogParent::TargetWindow},
 };
 
 // A message box stacks on whatever modal dialog is open; other dialogs go on the host's target window.

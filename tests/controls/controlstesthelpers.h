@@ -17,6 +17,8 @@
 #include "zrdrawingcontrol.h"
 #include "zrsystem.h"
 
+#include <QAbstractItemView>
+#include <QComboBox>
 #include <QTest>
 #include <vector>
 
@@ -106,5 +108,28 @@ inline void markHistory()
 inline bool nothingSinceMark() { return ZrHostControl::undoStepName() == ZrString(L"mark") && !ZrHostControl::canRedo(); }
 
 inline void select(const std::vector<ZrDbObjectId>& ids) { ZrHostControl::setSelection(ids); }
+
+// Opens the list with a click and walks to the item with the arrow keys. Typing the name would not
+// do twice in a row: the list's search goes on from the text typed just before.
+inline void pick(QComboBox& box, const QString& text)
+{
+    QTest::mouseClick(&box, Qt::LeftButton);
+    QTRY_VERIFY(box.view()->isVisible());
+    const int row = box.findText(text);
+    QVERIFY2(row >= 0, qPrintable(text));
+    QTest::keyClick(box.view(), Qt::Key_Home);
+    for (int i = 0; i < row; ++i)
+        QTest::keyClick(box.view(), Qt::Key_Down);
+    QTest::keyClick(box.view(), Qt::Key_Return);
+    QTRY_VERIFY(!box.view()->isVisible());
+}
+
+inline QStringList items(const QComboBox& box)
+{
+    QStringList out;
+    for (int i = 0; i < box.count(); ++i)
+        out << box.itemText(i);
+    return out;
+}
 
 } // namespace ControlsTest

@@ -16,29 +16,6 @@ using namespace ControlsTest;
 
 namespace {
 
-// Opens the list with a click and walks to the item with the arrow keys. Typing the name would not
-// do twice in a row: the list's search goes on from the text typed just before.
-void pick(ZrLayerComboBox& box, const QString& text)
-{
-    QTest::mouseClick(&box, Qt::LeftButton);
-    QTRY_VERIFY(box.view()->isVisible());
-    const int row = box.findText(text);
-    QVERIFY(row >= 0);
-    QTest::keyClick(box.view(), Qt::Key_Home);
-    for (int i = 0; i < row; ++i)
-        QTest::keyClick(box.view(), Qt::Key_Down);
-    QTest::keyClick(box.view(), Qt::Key_Return);
-    QTRY_VERIFY(!box.view()->isVisible());
-}
-
-QStringList items(const ZrLayerComboBox& box)
-{
-    QStringList out;
-    for (int i = 0; i < box.count(); ++i)
-        out << box.itemText(i);
-    return out;
-}
-
 // The box's next update: a host event that changes nothing, as a pan of the view sends. Clearing an
 // empty selection would not do: the host tells nobody of it.
 void poke()

@@ -7,6 +7,8 @@
 
 #include "drawingtesthelpers.h"
 #include "zrappenv.h"
+#include "zrdialogrun.h"
+#include "zrcolorcombobox.h"
 #include "zrdbdatabase.h"
 #include "zrdbentity.h"
 #include "zrdbsymtb.h"
@@ -17,12 +19,19 @@
 #include "zrhostmainwindow.h"
 #include "zrhostsession.h"
 #include "zrlayercombobox.h"
+#include "zrtesthost.h"
 #include "zrtestmain.h"
 
 #include <QAbstractItemView>
 #include <QAction>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
 #include <QApplication>
 #include <QTest>
+#include <QHeaderView>
 #include <QTreeWidget>
 #include <QWheelEvent>
 
@@ -49,6 +58,34 @@ ZrDbObjectId addLine(double x0, double y0, double x1, double y1, ZrDbObjectId la
     return addEntity(new ZrDbLine(ZrGePoint3d(x0, y0, 0), ZrGePoint3d(x1, y1, 0)), layer);
 }
 
+ZrCmColor aci(uint16_t index)
+{
+    ZrCmColor color;
+    color.setColorMethod(ZrCmEntityColor::kByACI);
+    color.setColorIndex(index);
+    return color;
+}
+
+ZrDbObjectId addColouredLine(double y, uint16_t index)
+{
+    const ZrDbObjectId id = addLine(0, y, 100, y);
+    ZrDbObjectPointer<ZrDbEntity> line(id, ZrDb::kForWrite);
+    line->setColor(aci(index));
+    return id;
+}
+
+ZrCmColor colorOf(ZrDbObjectId id)
+{
+    ZrDbObjectPointer<ZrDbEntity> entity(id, ZrDb::kForRead);
+    return entity ? entity->color() : ZrCmColor();
+}
+
+ZrCmColor layerColor(ZrDbObjectId layer)
+{
+    ZrDbObjectPointer<ZrDbLayerTableRecord> opened(layer, ZrDb::kForRead);
+    return opened ? opened->color() : ZrCmColor();
+}
+
 } // namespace
 
 class TstHostApp : public QObject
@@ -56,11 +93,12 @@ class TstHostApp : public QObject
     Q_OBJECT
 
 private:
-    // A main window over the drawing now open, shown and active so that its shortcuts work.
-    void showWindow()
+    // A main window over the drawing now open, shown and active so that its shortcuts work; its
+    // 对话框 menu lists `dialogs`.
+    void showWindow(const QStringList& dialogs = QStringList())
     {
         ZrHostControl::flushUiEvents();
-        m_window = std::make_unique<ZrHostMainWindow>(QStringList());
+        m_window = std::make_unique<ZrHostMainWindow>(dialogs);
         m_window->show();
         QApplication::setActiveWindow(m_window.get());
         QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
@@ -86,11 +124,12 @@ private:
         QTest::mouseRelease(view(), Qt::LeftButton, Qt::NoModifier, to);
     }
 
-    // Opens the layer box with F4 and takes `name` with the arrow keys and Return, as a user would;
-    // false when the list did not open or has no such row.
-    bool chooseInLayerBox(const QString& name)
+    bool chooseInLayerBox(const QString& name) { return chooseIn(m_window->layerBox(), name); }
+
+    // Opens a box with F4 and takes `name` with the arrow keys and Return, as a user would; false
+    // when the list did not open or has no such row.
+    bool chooseIn(QComboBox* box, const QString& name)
     {
-        ZrLayerComboBox* box = m_window->layerBox();
         QAbstractItemView* list = box->view();
         QTest::keyClick(box, Qt::Key_F4);
         if (!QTest::qWaitFor([list] { return list->isVisible(); }))
@@ -383,6 +422,101 @@ private Q_SLOTS:
         QCOMPARE(panel->findItems(QStringLiteral("家具"), Qt::MatchExactly, 1).value(0), row);
     }
 
+    // The colour box beside the layer box: blank for a selection on two colours; a choice colours
+    // both, and one Ctrl+Z takes both back.
+    void colorBoxColoursAMixedSelectionAndUndoPutsItBack()
+    {
+        ZrHostControl::openEmptyDrawing();
+        const ZrDbObjectId green = addColouredLine(0, 3);
+        const ZrDbObjectId blue = addColouredLine(50, 5);
+        showWindow();
+        ZrColorComboBox* box = m_window->colorBox();
+        QCOMPARE(m_window->findChild<ZrColorComboBox*>(QStringLiteral("colorComboBox")), box);
+        QTRY_COMPARE(box->currentText(), QStringLiteral("ByLayer"));
+
+        click(onScreen(50, 0));
+        QTRY_COMPARE(box->currentText(), QStringLiteral("绿"));
+        click(onScreen(50, 50), Qt::ShiftModifier);
+        QTRY_VERIFY2(box->currentText().isEmpty(), qPrintable(box->currentText()));
+        QVERIFY(box->isEnabled());
+
+        QVERIFY(chooseIn(box, QStringLiteral("红")));
+        QTRY_COMPARE(colorOf(green), aci(1));
+        QCOMPARE(colorOf(blue), aci(1));
+        QTRY_COMPARE(box->currentText(), QStringLiteral("红"));
+        QCOMPARE(curDatabase()->cecolor(), ZrCmColor());
+        QTRY_COMPARE(action("undoAction")->text(), QStringLiteral("撤销 GLOBAL_UI_UPDATEDB"));
+
+        QTest::keyClick(view(), Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(colorOf(green), aci(3));
+        QCOMPARE(colorOf(blue), aci(5));
+        QTRY_VERIFY(box->currentText().isEmpty());
+        QTRY_COMPARE(action("redoAction")->text(), QStringLiteral("重做 GLOBAL_UI_UPDATEDB"));
+    }
+
+    void withoutSelectionTheColorBoxSetsTheCurrentColour()
+    {
+        ZrHostControl::openEmptyDrawing();
+        showWindow();
+        ZrColorComboBox* box = m_window->colorBox();
+        QVERIFY(chooseIn(box, QStringLiteral("青")));
+        QTRY_COMPARE(curDatabase()->cecolor(), aci(4));
+        QTRY_COMPARE(action("undoAction")->text(), QStringLiteral("撤销 GLOBAL_UI_UPDATEDB"));
+        QTest::keyClick(view(), Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(curDatabase()->cecolor(), ZrCmColor());
+    }
+
+    // A double click on a layer's colour opens the colour dialog; OK writes the colour as one step,
+    // Cancel writes nothing.
+    void layerPanelColourCellOpensTheColourDialog()
+    {
+        ZrHostControl::openEmptyDrawing();
+        const ZrDbObjectId walls = addLayer(QStringLiteral("墙体"));
+        const ZrCmColor before = layerColor(walls);
+        showWindow();
+        auto* panel = m_window->findChild<QTreeWidget*>(QStringLiteral("layerPanel"));
+        QTreeWidgetItem* row = panel->findItems(QStringLiteral("墙体"), Qt::MatchExactly, 1).value(0);
+        QVERIFY(row);
+        const int colorColumn = panel->columnCount() - 1;
+        const QString shownBefore = row->text(colorColumn);
+        const auto doubleClickColour = [&] {
+            const QPoint at = panel->visualItemRect(row).center();
+            const QPoint cell(panel->header()->sectionViewportPosition(colorColumn)
+                                  + panel->header()->sectionSize(colorColumn) / 2,
+                              at.y());
+            QTest::mouseDClick(panel->viewport(), Qt::LeftButton, Qt::NoModifier, cell);
+        };
+
+        const QString lastStep = action("undoAction")->text();
+        ZrTest::whenModalShown([](QWidget* dialog) { QTest::keyClick(dialog, Qt::Key_Escape); });
+        doubleClickColour();
+        QCOMPARE(layerColor(walls), before);
+        QCOMPARE(action("undoAction")->text(), lastStep);
+
+        ZrTest::whenModalShown([](QWidget* dialog) {
+            auto* line = dialog->findChild<QLineEdit*>(QStringLiteral("colorLineEdit"));
+            QVERIFY(line);
+            line->setFocus();
+            line->selectAll();
+            QTest::keyClicks(line, QStringLiteral("30"));
+            for (QPushButton* button : dialog->findChildren<QPushButton*>()) {
+                if (button->text() == QStringLiteral("确定"))
+                    QTest::mouseClick(button, Qt::LeftButton);
+            }
+        });
+        doubleClickColour();
+        QCOMPARE(layerColor(walls), aci(30));
+        QTRY_COMPARE(row->text(colorColumn), QStringLiteral("30"));
+        QTRY_COMPARE(action("undoAction")->text(), QStringLiteral("撤销 图层颜色"));
+        // A window manager hands the activation back once the dialog is gone; offscreen, the test does.
+        m_window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        QTest::keyClick(view(), Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(layerColor(walls), before);
+        QTRY_COMPARE(row->text(colorColumn), shownBefore);
+        QCOMPARE(action("undoAction")->text(), lastStep);
+    }
+
     void undoAndRedoAreDisabledWithoutHistory()
     {
         ZrHostControl::openEmptyDrawing();
@@ -392,6 +526,34 @@ private Q_SLOTS:
         QVERIFY(!undo->isEnabled());
         QVERIFY(!redo->isEnabled());
         QCOMPARE(undo->text(), QStringLiteral("撤销"));
+    }
+
+    // The menu runs the colour dialog on its sample, red with both buttons on; the answer goes to the
+    // command line.
+    void dialogsMenuRunsTheColourDialogOnItsSample()
+    {
+        showWindow(ZrApp::availableDialogs());
+        QAction* entry = nullptr;
+        for (QAction* a : m_window->findChildren<QAction*>()) {
+            if (a->text() == QLatin1String("ColorDialog"))
+                entry = a;
+        }
+        QVERIFY(entry);
+        QString shown;
+        ZrTest::whenModalShown([&shown](QWidget* dialog) {
+            shown = dialog->findChild<QLineEdit*>(QStringLiteral("colorLineEdit"))->text();
+            QTest::mouseClick(dialog->findChild<QPushButton*>(QStringLiteral("btnByBlock")), Qt::LeftButton);
+            for (QPushButton* button : dialog->findChildren<QPushButton*>()) {
+                if (button->text() == QStringLiteral("确定"))
+                    QTest::mouseClick(button, Qt::LeftButton);
+            }
+        });
+        entry->trigger();
+        QCOMPARE(shown, QStringLiteral("红"));
+        const QString history = m_window->findChild<QPlainTextEdit*>(QStringLiteral("commandHistory"))->toPlainText();
+        const QJsonObject answer = QJsonDocument::fromJson(history.section(QLatin1Char('\n'), -1).toUtf8()).object();
+        QCOMPARE(answer.value(QStringLiteral("result")).toInt(), 1);
+        QCOMPARE(answer.value(QStringLiteral("param")).toObject().value(QStringLiteral("method")).toInt(), 193);
     }
 };
 

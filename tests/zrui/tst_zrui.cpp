@@ -220,6 +220,18 @@ private Q_SLOTS:
         QTest::newRow("escaped semicolon stays in the step") << box + QStringList{"--do", "click:a\\;b"} << 2
                                                              << "step 1 \"click:a;b\"";
         QTest::newRow("missing focus target") << box + QStringList{"--do", "focus:nowhere"} << 2 << "step 1";
+        QTest::newRow("missing clickat target") << box + QStringList{"--do", "wait:0;clickat:grid@1,2"} << 2
+                                                << "step 2 \"clickat:grid@1,2\": no visible widget named \"grid\"";
+        QTest::newRow("missing dblclickat target") << box + QStringList{"--do", "dblclickat:grid@1,2"} << 2
+                                                   << "step 1 \"dblclickat:grid@1,2\": no visible widget";
+        QTest::newRow("missing hover target") << box + QStringList{"--do", "hover:grid@1,2"} << 2
+                                              << "step 1 \"hover:grid@1,2\": no visible widget";
+        QTest::newRow("missing select target") << box + QStringList{"--do", "select:combo=红"} << 2
+                                               << "step 1 \"select:combo=红\": no visible widget";
+        QTest::newRow("clickat without a point") << box + QStringList{"--do", "clickat:grid"} << 2
+                                                 << "step 1 \"clickat:grid\": clickat needs NAME@X,Y";
+        QTest::newRow("select without a text") << box + QStringList{"--do", "key:Esc;select:combo"} << 2
+                                               << "step 2 \"select:combo\": select needs NAME=TEXT";
         QTest::newRow("no command") << QStringList{} << 2 << "usage";
         QTest::newRow("dialog without a name") << QStringList{"dialog"} << 2 << "usage";
         QTest::newRow("unknown option") << QStringList{"list", "--frob"} << 2 << "usage";
@@ -253,12 +265,55 @@ private Q_SLOTS:
         QCOMPARE(r.answerLine().value("result").toInt(), 1);
     }
 
+    // The colour dialog's index grid is painted: only a click at a pixel reaches a colour. Its cells
+    // are 17 pixels wide and hold the colours 1 to 9; the dialog starts on colour 3, so an answer of 3
+    // would not tell a missed click.
+    void pointStepsPickAPaintedColour_data()
+    {
+        QTest::addColumn<QString>("steps");
+        QTest::addColumn<int>("result");
+        QTest::addColumn<int>("index");
+
+        QTest::newRow("click, then OK") << "clickat:ZrPaleteWnd_standard@25,8;click:确定" << 1 << 2;
+        QTest::newRow("hover, then a double click") << "hover:ZrPaleteWnd_standard@59,8;"
+                                                       "dblclickat:ZrPaleteWnd_standard@59,8"
+                                                    << 1 << 4;
+        QTest::newRow("click, then Cancel") << "clickat:ZrPaleteWnd_standard@25,8;click:取消" << 2 << 3;
+    }
+
+    void pointStepsPickAPaintedColour()
+    {
+        QFETCH(QString, steps);
+        QFETCH(int, result);
+        QFETCH(int, index);
+
+        const ZruiRun r = run({"dialog", "ColorDialog", "--param", R"({"tabs":1,"method":195,"index":3})", "--do",
+                               steps, "--timeout-ms", "20000"});
+        QVERIFY2(r.exitCode == 0, qPrintable(r.err));
+        QCOMPARE(r.answerLine().value("result").toInt(-99), result);
+        QCOMPARE(r.answerLine().value("param").toObject().value("index").toInt(-99), index);
+    }
+
+    // The refusal comes up over the dialog; Esc closes it, and the dialog is still there for the next Esc.
+    void badColourTextKeepsTheColourDialogOpen()
+    {
+        const ZruiRun r = run({"dialog", "ColorDialog", "--param", R"({"tabs":1,"method":195,"index":3})", "--do",
+                               "focus:colorLineEdit;key:Ctrl+A;type:RGB:1,2;click:确定;key:Esc;key:Esc",
+                               "--timeout-ms", "20000"});
+        QVERIFY2(r.exitCode == 0, qPrintable(r.err));
+        QVERIFY2(r.err.contains(QStringLiteral("zrui: message box \"\": 不是有效的颜色名或值！")),
+                 qPrintable(r.err));
+        QCOMPARE(r.answerLine().value("result").toInt(-99), 2);
+        QCOMPARE(r.answerLine().value("param").toObject().value("index").toInt(-99), 3);
+    }
+
     void listNamesTheMessageBox()
     {
         const ZruiRun r = run({"list"});
         QCOMPARE(r.exitCode, 0);
         const QStringList names = QString::fromUtf8(r.out).split('\n', Qt::SkipEmptyParts);
         QVERIFY2(names.contains("MessageBox"), r.out.constData());
+        QVERIFY2(names.contains("ColorDialog"), r.out.constData());
         QVERIFY(!names.contains("About"));
     }
 
@@ -291,7 +346,7 @@ private Q_SLOTS:
         const ZruiRun r = run({"--screenshot", dir, "--theme", "dark"}, hostAppFile());
         QVERIFY2(r.finished, "zrhostapp did not end");
         QVERIFY2(r.exitCode == 0, qPrintable(r.err));
-        for (const char* name : {"main-window.png", "message-box.png"}) {
+        for (const char* name : {"main-window.png", "message-box.png", "color-dialog.png"}) {
             const QImage shot(QDir(dir).filePath(QLatin1String(name)));
             QVERIFY2(!shot.isNull(), name);
             QVERIFY2(r.out.contains(name), r.out.constData());

@@ -1,0 +1,555 @@
+// The colour dialog as a host module meets it: a colour in the parameter object, the user's clicks and
+// keys in the dialog, and what the parameter object holds afterwards.
+
+#include "zrtesthost.h"
+#include "zrtestmain.h"
+
+#include "qt_common_ui.h"
+#include "uicolorindextab.h"
+#include "uicolorwidgets.h"
+#include "zrcolordialog.h"
+
+#include "zrarbitdict.h"
+#include "zrui.h"
+#include "zruidialog.h"
+
+#include <QInputMethodEvent>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTabBar>
+#include <QTest>
+#include <memory>
+
+namespace {
+
+struct Outcome
+{
+    int result = -99;
+    ZrJsonPtr param;
+    // The user's actions ended with the dialog still open; the runner then cancelled it.
+    bool leftOpen = false;
+};
+
+ZrJsonPtr parseParam(const QString& json)
+{
+    ZrJsonPtr param = ElementValue::parse(ZrUtf8String(json));
+    Q_ASSERT(param);
+    return param;
+}
+
+QByteArray jsonOf(const ZrJsonPtr& param) { return QByteArray::fromStdString(param->toJson().std()); }
+
+// Runs "ColorDialog" as a host module does and lets `user` act on it once it is up. A dialog the user
+// leaves open is cancelled, so that a failed check inside `user` cannot hang the suite.
+Outcome runDialog(ZrJsonPtr param, std::function<void(ZrColorDialog*)> user, ZrRxObjectPtr helper = ZrRxObjectPtr())
+{
+    Outcome out;
+    ZrTest::whenModalShown([&out, user](QWidget* modal) {
+        auto* dialog = qobject_cast<ZrColorDialog*>(modal);
+        QVERIFY2(dialog, qPrintable(modal->objectName()));
+        user(dialog);
+        if (dialog->isVisible()) {
+            out.leftOpen = true;
+            dialog->reject();
+        }
+    });
+    ZrJsonPtr result = zruiShowModelDialogEx(48, ZrString(L"ColorDialog"), param, helper, nullptr);
+    out.result = result ? result->GetVarI("result", -99) : -99;
+    out.param = param;
+    return out;
+}
+
+Outcome runDialog(const char* json, std::function<void(ZrColorDialog*)> user)
+{
+    return runDialog(parseParam(QString::fromUtf8(json)), user);
+}
+
+// A missing widget ends the run at once, naming it, rather than failing later on a null pointer.
+template <class T = QWidget>
+T* child(QWidget* dialog, const char* name)
+{
+    T* found = dialog->findChild<T*>(QLatin1String(name));
+    if (!found)
+        qFatal("the dialog has no %s", name);
+    return found;
+}
+
+QPushButton* button(QWidget* dialog, const QString& text)
+{
+    for (QPushButton* b : dialog->findChildren<QPushButton*>()) {
+        if (b->text() == text)
+            return b;
+    }
+    qFatal("the dialog has no button %s", qPrintable(text));
+}
+
+QLineEdit* colorLine(QWidget* dialog) { return child<QLineEdit>(dialog, "colorLineEdit"); }
+
+// Cells are 12 pixels with a pitch of 14 on the two large grids, 17 with a pitch of 19 on the small
+// ones; the first cell starts 2 pixels in. These are the centres of the cells named.
+const QPoint kUpperRow0Col1(22, 8);    // index 28
+const QPoint kUpperRow4Col0(8, 64);    // index 10
+const QPoint kStandardCol4(86, 10);    // index 5
+
+// Replaces the line's text as a user does: focus, select all, type.
+void typeColor(QWidget* dialog, const QString& text)
+{
+    QLineEdit* line = colorLine(dialog);
+    line->setFocus(Qt::MouseFocusReason);
+    line->selectAll();
+    QTest::keyClick(line, Qt::Key_Backspace);
+    // Chinese comes through the input method, as it does for a user.
+    for (const QChar ch : text) {
+        if (ch.unicode() < 128) {
+            QTest::keyClicks(line, QString(ch));
+        } else {
+            QInputMethodEvent commit;
+            commit.setCommitString(QString(ch));
+            QApplication::sendEvent(line, &commit);
+        }
+    }
+}
+
+int methodOf(const ZrJsonPtr& param) { return param->GetVarI("method", -1); }
+int indexOf(const ZrJsonPtr& param) { return param->GetVarI("index", -1); }
+
+// A companion that notes what the dialog tells it.
+class NotedHelper : public ZrUiHelper
+{
+public:
+    bool onNotify(ZrJsonPtr param) override
+    {
+        notes << (param ? param->GetVarI("index", -1) : -2);
+        return true;
+    }
+    QList<int> notes;
+};
+
+} // namespace
+
+class TestColorDialog : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<ZrTest::Host> m_host;
+
+private Q_SLOTS:
+    void init() { m_host.reset(new ZrTest::Host); }
+
+    void cleanup()
+    {
+        QVERIFY(!QApplication::activeModalWidget());
+        m_host.reset();
+    }
+
+    void serviceMakesItOnTheTargetElseTheMainWindow()
+    {
+        QWidget mainWindow;
+        QWidget target;
+        ZrHostControl::setMainWindow(&mainWindow);
+        auto* service = ZrUiService::cast(zrUISvr(48).get());
+        QVERIFY(service);
+        const auto parentOf = [service](const wchar_t* name) {
+            ZrSmartPtr<ZrUiDialogBase> frame = service->createDialog(ZrString(name), nullptr);
+            return frame ? static_cast<QWidget*>(frame->getDlg())->parentWidget() : nullptr;
+        };
+        QCOMPARE(parentOf(L"ColorDialog"), &mainWindow);
+        ZrHostControl::setTargetWindow(&target);
+        QCOMPARE(parentOf(L"colordialog"), &target);
+        ZrHostControl::setTargetWindow(nullptr);
+        ZrHostControl::setMainWindow(nullptr);
+    }
+
+    void clickOnCellThenOkWritesItsIndex()
+    {
+        ZrRxObjectPtr helper(new ZrRxObjectImpl<NotedHelper>(), kZrAttach);
+        QString shown;
+        const Outcome out = runDialog(parseParam(QStringLiteral(R"({"tabs":1,"method":195,"index":3})")),
+                                      [&shown](ZrColorDialog* dialog) {
+                                          QTest::mouseClick(child(dialog, "ZrPaleteWnd_upper"), Qt::LeftButton,
+                                                            Qt::NoModifier, kUpperRow0Col1);
+                                          shown = colorLine(dialog)->text();
+                                          QTest::mouseClick(button(dialog, QStringLiteral("确定")), Qt::LeftButton);
+                                      },
+                                      helper);
+        QCOMPARE(shown, QStringLiteral("28"));
+        QCOMPARE(out.result, 1);
+        QCOMPARE(methodOf(out.param), 195);
+        QCOMPARE(indexOf(out.param), 28);
+        QCOMPARE(static_cast<NotedHelper*>(helper.get())->notes, QList<int>{28});
+    }
+
+    void cancelEscAndCloseLeaveTheParameterAsItWas_data()
+    {
+        QTest::addColumn<int>("way");
+        QTest::newRow("cancel") << 0;
+        QTest::newRow("Esc") << 1;
+        QTest::newRow("close") << 2;
+    }
+
+    // The user changes the colour first, so that a dialog that wrote on the way out would show.
+    void cancelEscAndCloseLeaveTheParameterAsItWas()
+    {
+        QFETCH(int, way);
+        const ZrJsonPtr param = parseParam(QStringLiteral(R"({"tabs":1,"method":195,"index":3})"));
+        const QByteArray before = jsonOf(param);
+        ZrRxObjectPtr helper(new ZrRxObjectImpl<NotedHelper>(), kZrAttach);
+        const Outcome out = runDialog(param,
+                                      [way](ZrColorDialog* dialog) {
+                                          QTest::mouseClick(child(dialog, "ZrPaleteWnd_upper"), Qt::LeftButton,
+                                                            Qt::NoModifier, kUpperRow4Col0);
+                                          if (way == 0)
+                                              QTest::mouseClick(button(dialog, QStringLiteral("取消")),
+                                                                Qt::LeftButton);
+                                          else if (way == 1)
+                                              QTest::keyClick(dialog, Qt::Key_Escape);
+                                          else
+                                              dialog->close();
+                                      },
+                                      helper);
+        QVERIFY(!out.leftOpen);
+        QCOMPARE(out.result, 2);
+        QCOMPARE(jsonOf(out.param), before);
+        QVERIFY(static_cast<NotedHelper*>(helper.get())->notes.isEmpty());
+    }
+
+    void typedColours_data()
+    {
+        QTest::addColumn<QString>("param");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("method");
+        QTest::addColumn<int>("index");
+        const QString plain = QStringLiteral(R"({"tabs":1,"method":195,"index":3})");
+        const QString buttonsOff =
+            QStringLiteral(R"({"tabs":1,"method":195,"index":3,"isByLayerEnable":false,"isByBLockEnable":false})");
+        QTest::newRow("RED") << plain << "RED" << 195 << 1;
+        QTest::newRow("红") << plain << "红" << 195 << 1;
+        QTest::newRow("Magenta") << plain << "Magenta" << 195 << 6;
+        QTest::newRow("白") << plain << "白" << 195 << 7;
+        QTest::newRow("number") << plain << "12" << 195 << 12;
+        QTest::newRow("255") << plain << "255" << 195 << 255;
+        QTest::newRow("256 with ByLayer off") << buttonsOff << "256" << 192 << 256;
+        QTest::newRow("0 with ByBlock off") << buttonsOff << "0" << 193 << 0;
+        QTest::newRow("bylayer while enabled") << plain << "bylayer" << 192 << 256;
+        QTest::newRow("BYBLOCK allowed")
+            << QStringLiteral(R"({"tabs":1,"method":195,"index":3,"isByBLockEnable":true})") << "BYBLOCK" << 193 << 0;
+    }
+
+    // Typed, then Return as a user would press it in the line: the default button takes it.
+    void typedColours()
+    {
+        QFETCH(QString, param);
+        QFETCH(QString, typed);
+        QFETCH(int, method);
+        QFETCH(int, index);
+        // A refusal would be answered at once and fail the check of the log below, not hang the run.
+        ZrHostControl::pushMessageBoxAnswer(1);
+        const Outcome out = runDialog(parseParam(param), [&typed](ZrColorDialog* dialog) {
+            typeColor(dialog, typed);
+            QTest::keyClick(colorLine(dialog), Qt::Key_Return);
+        });
+        QVERIFY(!out.leftOpen);
+        QCOMPARE(out.result, 1);
+        QCOMPARE(methodOf(out.param), method);
+        QCOMPARE(indexOf(out.param), index);
+        QVERIFY(ZrHostControl::messageLog().isEmpty());
+    }
+
+    void badTextKeepsTheDialogOpenWithTheMessage_data()
+    {
+        QTest::addColumn<QString>("param");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("lineAfter");
+        QTest::addColumn<bool>("byDoubleClick");
+        const QString plain = QStringLiteral(R"({"tabs":1,"method":195,"index":3})");
+        QTest::newRow("RGB:1,2") << plain << "RGB:1,2" << "RGB:1,2" << false;
+        QTest::newRow("300") << plain << "300" << "300" << false;
+        QTest::newRow("257") << plain << "257" << "257" << false;
+        QTest::newRow("-1") << plain << "-1" << "-1" << false;
+        QTest::newRow("empty") << plain << "" << "" << false;
+        // Refused while its button is off; the line shows the colour again.
+        QTest::newRow("BYLAYER, ByLayer off")
+            << QStringLiteral(R"({"tabs":1,"method":195,"index":3,"isByLayerEnable":false})") << "BYLAYER" << "绿"
+            << false;
+        // The double click leaves the focus in the line, so the edit is not finished and the word is
+        // not taken there; the tab then counts the missing key as off, although the button is on.
+        QTest::newRow("BYBLOCK, key missing")
+            << plain << "BYBLOCK" << "绿" << true;
+    }
+
+    void badTextKeepsTheDialogOpenWithTheMessage()
+    {
+        QFETCH(QString, param);
+        QFETCH(QString, typed);
+        QFETCH(QString, lineAfter);
+        QFETCH(bool, byDoubleClick);
+        ZrHostControl::pushMessageBoxAnswer(1);
+        const ZrJsonPtr in = parseParam(param);
+        const QByteArray before = jsonOf(in);
+        QString line;
+        const Outcome out = runDialog(in, [&](ZrColorDialog* dialog) {
+            typeColor(dialog, typed);
+            if (byDoubleClick)
+                QTest::mouseDClick(child(dialog, "newColorLabel"), Qt::LeftButton);
+            else
+                QTest::mouseClick(button(dialog, QStringLiteral("确定")), Qt::LeftButton);
+            line = colorLine(dialog)->text();
+        });
+        QVERIFY(out.leftOpen);
+        QCOMPARE(out.result, 2);
+        QCOMPARE(jsonOf(out.param), before);
+        QCOMPARE(line, lineAfter);
+        const auto log = ZrHostControl::messageLog();
+        QCOMPARE(log.size(), 1);
+        QCOMPARE(log.first().text, QStringLiteral("不是有效的颜色名或值！"));
+    }
+
+    // The message really comes up over the dialog; once it is closed the user can put the text right.
+    void userCorrectsTheTextAfterTheMessage()
+    {
+        const Outcome out = runDialog(R"({"tabs":1,"method":195,"index":3})", [](ZrColorDialog* dialog) {
+            ZrTest::whenModalShown([](QWidget* box) { QTest::keyClick(box, Qt::Key_Escape); }, dialog);
+            typeColor(dialog, QStringLiteral("RGB:1,2"));
+            QTest::mouseClick(button(dialog, QStringLiteral("确定")), Qt::LeftButton);
+            QVERIFY(dialog->isVisible());
+            typeColor(dialog, QStringLiteral("40"));
+            QTest::mouseClick(button(dialog, QStringLiteral("确定")), Qt::LeftButton);
+        });
+        QVERIFY(!out.leftOpen);
+        QCOMPARE(out.result, 1);
+        QCOMPARE(indexOf(out.param), 40);
+    }
+
+    void okWithoutChangeHandsBackTheSameColour_data()
+    {
+        QTest::addColumn<QString>("param");
+        QTest::newRow("ByLayer") << R"({"method":192,"index":256})";
+        QTest::newRow("ByBlock") << R"({"method":193,"index":0})";
+        QTest::newRow("index") << R"({"method":195,"index":77})";
+        QTest::newRow("grey") << R"({"method":195,"index":254})";
+        QTest::newRow("true colour") << R"({"method":194,"index":256,"rgb":197121})";
+    }
+
+    void okWithoutChangeHandsBackTheSameColour()
+    {
+        QFETCH(QString, param);
+        ZrHostControl::pushMessageBoxAnswer(1);
+        const ZrCmColor given = JsonToZrCmColor(parseParam(param));
+        const Outcome out = runDialog(parseParam(param), [](ZrColorDialog* dialog) {
+            QTest::mouseClick(button(dialog, QStringLiteral("确定")), Qt::LeftButton);
+        });
+        QCOMPARE(out.result, 1);
+        const ZrCmColor back = JsonToZrCmColor(out.param);
+        QCOMPARE(int(back.colorMethod()), int(given.colorMethod()));
+        QCOMPARE(back.colorIndex(), given.colorIndex());
+        QCOMPARE(back.color(), given.color());
+    }
+
+    void tabForColorByMethodAndCount_data()
+    {
+        QTest::addColumn<int>("method");
+        QTest::addColumn<bool>("colorName");
+        QTest::addColumn<bool>("bookName");
+        QTest::addColumn<QList<int>>("tabsFor123");
+        QTest::newRow("ByLayer") << 192 << false << false << QList<int>{0, 0, 0};
+        QTest::newRow("ByBlock") << 193 << false << false << QList<int>{0, 0, 0};
+        QTest::newRow("index") << 195 << false << false << QList<int>{0, 0, 0};
+        QTest::newRow("none") << 200 << false << false << QList<int>{0, 0, 0};
+        QTest::newRow("true colour") << 194 << false << false << QList<int>{-1, 1, 1};
+        QTest::newRow("book colour") << 194 << true << true << QList<int>{-1, -1, 2};
+        QTest::newRow("colour name, no book") << 194 << true << false << QList<int>{-1, 1, 1};
+        QTest::newRow("book, no colour name") << 194 << false << true << QList<int>{-1, 1, 1};
+    }
+
+    void tabForColorByMethodAndCount()
+    {
+        QFETCH(int, method);
+        QFETCH(bool, colorName);
+        QFETCH(bool, bookName);
+        QFETCH(QList<int>, tabsFor123);
+        ZrCmColor color;
+        if (method == 194)
+            color.setRGB(10, 20, 30);
+        else
+            color.setColorMethod(static_cast<ZrCmEntityColor::ColorMethod>(method));
+        color.setNames(colorName ? L"Lachs 12" : L"", bookName ? L"Eigene Farben" : L"");
+        for (int count = 1; count <= 3; ++count)
+            QCOMPARE(ZrColorDialog::tabForColor(color, count), tabsFor123[count - 1]);
+    }
+
+    void tabsBuiltByBits_data()
+    {
+        QTest::addColumn<int>("tabs");
+        QTest::addColumn<int>("count");
+        QTest::newRow("index") << 1 << 1;
+        QTest::newRow("none asked") << 0 << 1;
+        QTest::newRow("all") << 7 << 1;
+        QTest::newRow("missing key") << -1 << 1;
+    }
+
+    void tabsBuiltByBits()
+    {
+        QFETCH(int, tabs);
+        QFETCH(int, count);
+        const QString param = tabs < 0 ? QStringLiteral(R"({"method":195,"index":3})")
+                                       : QStringLiteral(R"({"tabs":%1,"method":195,"index":3})").arg(tabs);
+        int shownCount = -1;
+        bool indexTab = false;
+        QString title;
+        runDialog(parseParam(param), [&](ZrColorDialog* dialog) {
+            shownCount = dialog->tabWidget()->count();
+            indexTab = qobject_cast<ZrIndexColorWnd*>(dialog->tabWidget()->widget(0));
+            title = dialog->tabWidget()->tabText(0);
+            QTest::keyClick(dialog, Qt::Key_Escape);
+        });
+        QCOMPARE(shownCount, count);
+        QVERIFY(indexTab);
+        QCOMPARE(title, QStringLiteral("  索引颜色  "));
+    }
+
+    void trueColourOpensOnTheOnlyTabWithoutACell()
+    {
+        QString line;
+        int marked = 0;
+        runDialog(R"({"tabs":1,"method":194,"rgb":197121})", [&](ZrColorDialog* dialog) {
+            line = colorLine(dialog)->text();
+            for (ZrPaleteWnd* grid : dialog->findChildren<ZrPaleteWnd*>())
+                marked += grid->selectedAci() != -1;
+            QTest::keyClick(dialog, Qt::Key_Escape);
+        });
+        QCOMPARE(line, QStringLiteral("1,2,3"));
+        QCOMPARE(marked, 0);
+    }
+
+    void theColourLineReachesOkOnlyWhenTheIndexTabWasAsked_data()
+    {
+        QTest::addColumn<int>("tabs");
+        QTest::addColumn<int>("result");
+        QTest::newRow("tabs 1: OK takes the default") << 1 << 1;
+        QTest::newRow("tabs 0: Cancel keeps it") << 0 << 2;
+    }
+
+    // Cancel holds the focus and so the default; a click on a cell changes the colour line. Joined
+    // to the dialog, the line hands the default back to OK, and Return accepts.
+    void theColourLineReachesOkOnlyWhenTheIndexTabWasAsked()
+    {
+        QFETCH(int, tabs);
+        QFETCH(int, result);
+        const Outcome out = runDialog(parseParam(QStringLiteral(R"({"tabs":%1,"method":195,"index":3})").arg(tabs)),
+                                      [](ZrColorDialog* dialog) {
+                                          button(dialog, QStringLiteral("取消"))->setFocus(Qt::TabFocusReason);
+                                          QTest::mouseClick(child(dialog, "ZrPaleteWnd_standard"), Qt::LeftButton,
+                                                            Qt::NoModifier, kStandardCol4);
+                                          QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+                                      });
+        QCOMPARE(out.result, result);
+        QCOMPARE(indexOf(out.param), result == 1 ? 5 : 3);
+    }
+
+    void doubleClickOnTheNewColourAccepts()
+    {
+        const Outcome out = runDialog(R"({"tabs":1,"method":195,"index":3})", [](ZrColorDialog* dialog) {
+            QTest::mouseClick(child(dialog, "ZrPaleteWnd_standard"), Qt::LeftButton, Qt::NoModifier, kStandardCol4);
+            QTest::mouseDClick(child(dialog, "newColorLabel"), Qt::LeftButton);
+        });
+        QVERIFY(!out.leftOpen);
+        QCOMPARE(out.result, 1);
+        QCOMPARE(indexOf(out.param), 5);
+    }
+
+    void doubleClickOnAGridCellAccepts()
+    {
+        const Outcome out = runDialog(R"({"tabs":1,"method":195,"index":3})", [](ZrColorDialog* dialog) {
+            // A user's double click: the first click chooses the cell, the second takes it.
+            QWidget* upper = child(dialog, "ZrPaleteWnd_upper");
+            QTest::mouseClick(upper, Qt::LeftButton, Qt::NoModifier, kUpperRow0Col1);
+            QTest::mouseDClick(upper, Qt::LeftButton, Qt::NoModifier, kUpperRow0Col1);
+        });
+        QVERIFY(!out.leftOpen);
+        QCOMPARE(out.result, 1);
+        QCOMPARE(indexOf(out.param), 28);
+    }
+
+    // The double click asks the tab as OK does: a refused text keeps the dialog open.
+    void doubleClickOnTheNewColourWithABadTextStaysOpen()
+    {
+        ZrHostControl::pushMessageBoxAnswer(1);
+        const Outcome out = runDialog(R"({"tabs":1,"method":195,"index":3})", [](ZrColorDialog* dialog) {
+            typeColor(dialog, QStringLiteral("nonsense"));
+            QTest::mouseDClick(child(dialog, "newColorLabel"), Qt::LeftButton);
+        });
+        QVERIFY(out.leftOpen);
+        QCOMPARE(out.result, 2);
+        QCOMPARE(ZrHostControl::messageLog().size(), 1);
+    }
+
+    void doubleClickOnTheOldColourRestoresWithoutClosing()
+    {
+        QString line;
+        int standardMark = -2;
+        int upperMark = -2;
+        const Outcome out = runDialog(R"({"tabs":1,"method":195,"index":3})", [&](ZrColorDialog* dialog) {
+            QTest::mouseClick(child(dialog, "ZrPaleteWnd_upper"), Qt::LeftButton, Qt::NoModifier, kUpperRow0Col1);
+            QTest::mouseDClick(child(dialog, "oldColorLabel"), Qt::LeftButton);
+            line = colorLine(dialog)->text();
+            standardMark = child<ZrPaleteWnd>(dialog, "ZrPaleteWnd_standard")->selectedAci();
+            upperMark = child<ZrPaleteWnd>(dialog, "ZrPaleteWnd_upper")->selectedAci();
+            if (dialog->isVisible())
+                QTest::mouseClick(button(dialog, QStringLiteral("确定")), Qt::LeftButton);
+        });
+        QVERIFY(!out.leftOpen);
+        QCOMPARE(line, QStringLiteral("绿"));
+        QCOMPARE(standardMark, 3);
+        QCOMPARE(upperMark, 3);
+        QCOMPARE(out.result, 1);
+        QCOMPARE(indexOf(out.param), 3);
+    }
+
+    void badTextStopsAClickOnAnotherTab_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("tabAfter");
+        QTest::addColumn<int>("messages");
+        QTest::newRow("bad text") << "RGB:1,2" << 0 << 1;
+        QTest::newRow("good text") << "blue" << 1 << 0;
+    }
+
+    // The dialog has one tab today; a plain page beside it stands in for the next tab, which is all
+    // the tab bar's filter looks at.
+    void badTextStopsAClickOnAnotherTab()
+    {
+        QFETCH(QString, typed);
+        QFETCH(int, tabAfter);
+        QFETCH(int, messages);
+        ZrHostControl::pushMessageBoxAnswer(1);
+        int tab = -1;
+        QString lineBack;
+        const Outcome out = runDialog(R"({"tabs":1,"method":195,"index":3})", [&](ZrColorDialog* dialog) {
+            ZrColorTabWidget* tabs = dialog->tabWidget();
+            tabs->addTab(new QWidget, QStringLiteral("other"));
+            typeColor(dialog, typed);
+            QTabBar* bar = tabs->tabBar();
+            QTest::mouseClick(bar, Qt::LeftButton, Qt::NoModifier, bar->tabRect(1).center());
+            tab = tabs->currentIndex();
+            // Back on the index tab, it shows what the other tab was left with.
+            QTest::mouseClick(bar, Qt::LeftButton, Qt::NoModifier, bar->tabRect(0).center());
+            lineBack = colorLine(dialog)->text();
+        });
+        QCOMPARE(tab, tabAfter);
+        QCOMPARE(ZrHostControl::messageLog().size(), messages);
+        QCOMPARE(lineBack, tabAfter == 1 ? QStringLiteral("蓝") : typed);
+        QVERIFY(out.leftOpen);
+    }
+
+    void helpOpensTheColourTopic()
+    {
+        runDialog(R"({"tabs":1})", [](ZrColorDialog* dialog) {
+            QTest::mouseClick(button(dialog, QStringLiteral("帮助")), Qt::LeftButton);
+            QTest::keyClick(dialog, Qt::Key_Escape);
+        });
+        QCOMPARE(ZrHostControl::helpTopics(), QStringList{QStringLiteral("ZRAPP_ZRR/ZRAPP_ZRR/ZRR_COLOR")});
+    }
+};
+
+ZR_TEST_SUITE(TestColorDialog)
+#include "tst_colordialog.moc"

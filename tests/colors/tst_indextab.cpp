@@ -1,0 +1,389 @@
+// The index colour tab on its own: where each index stands on the grids, what the grids paint, and
+// the tab under the user's mouse and keys.
+
+#include "zrtesthost.h"
+#include "zrtestmain.h"
+
+#include "uicolorindextab.h"
+#include "uicolorwidgets.h"
+
+#include <QDialog>
+#include <QLabel>
+#include <QPushButton>
+#include <QTest>
+#include <QVBoxLayout>
+#include <memory>
+
+namespace {
+
+struct Shape
+{
+    int type, rows, columns, cellSize;
+};
+
+const Shape kShapes[] = {
+    {ZrPaleteWnd::kUpper, 5, 24, 12},
+    {ZrPaleteWnd::kLower, 5, 24, 12},
+    {ZrPaleteWnd::kStandard, 1, 9, 17},
+    {ZrPaleteWnd::kGrey, 1, 6, 17},
+};
+
+// The centre of a cell, measured the way the grids are drawn: cells `cellSize` wide, 2 pixels
+// apart, the first 2 pixels in.
+QPoint centreOf(const Shape& shape, int row, int column)
+{
+    const int pitch = shape.cellSize + 2;
+    return QPoint(column * pitch + 2 + shape.cellSize / 2, row * pitch + 2 + shape.cellSize / 2);
+}
+
+ZrCmColor indexColor(int index)
+{
+    ZrCmColor color;
+    color.setColorMethod(ZrCmEntityColor::kByACI);
+    color.setColorIndex(uint16_t(index));
+    return color;
+}
+
+QColor displayColor(int index)
+{
+    const uint32_t word = zrcmDispPalette(0xFF30281E)[index];
+    return QColor(word & 0xFF, (word >> 8) & 0xFF, (word >> 16) & 0xFF);
+}
+
+// The tab in a dialog of its own, shown and active, on the dialog's two colours.
+struct TabWindow
+{
+    explicit TabWindow(const char* json, ZrCmColor start = indexColor(3)) : newColor(start), oldColor(start)
+    {
+        tab = new ZrIndexColorWnd(&dialog, &dialog);
+        (new QVBoxLayout(&dialog))->addWidget(tab);
+        tab->initializeData(ElementValue::parse(ZrUtf8String(json)), &newColor, &oldColor);
+        dialog.show();
+        dialog.activateWindow();
+        if (!QTest::qWaitForWindowActive(&dialog))
+            qWarning("the tab's window never became active");
+    }
+
+    template <class T = QWidget>
+    T* child(const char* name) const
+    {
+        T* found = dialog.findChild<T*>(QLatin1String(name));
+        if (!found)
+            qFatal("the tab has no %s", name);
+        return found;
+    }
+    ZrPaleteWnd* grid(int type) const
+    {
+        static const char* const names[] = {"ZrPaleteWnd_upper", "ZrPaleteWnd_lower", "ZrPaleteWnd_standard",
+                                            "ZrPaleteWnd_grey"};
+        return child<ZrPaleteWnd>(names[type - 1]);
+    }
+    QString line() const { return tab->getColorLineEdit()->text(); }
+    void click(int type, int row, int column, Qt::MouseButton button = Qt::LeftButton) const
+    {
+        QTest::mouseClick(grid(type), button, Qt::NoModifier, centreOf(kShapes[type - 1], row, column));
+    }
+
+    QDialog dialog;
+    ZrCmColor newColor;
+    ZrCmColor oldColor;
+    ZrIndexColorWnd* tab = nullptr;
+};
+
+} // namespace
+
+class TestIndexTab : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<ZrTest::Host> m_host;
+
+private Q_SLOTS:
+    void init() { m_host.reset(new ZrTest::Host); }
+    void cleanup() { m_host.reset(); }
+
+    void layoutRule_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<int>("row");
+        QTest::addColumn<int>("column");
+        QTest::addColumn<int>("aci");
+        QTest::newRow("upper top left") << 1 << 0 << 0 << 18;
+        QTest::newRow("upper bottom left") << 1 << 4 << 0 << 10;
+        QTest::newRow("upper next column") << 1 << 0 << 1 << 28;
+        QTest::newRow("upper top right") << 1 << 0 << 23 << 248;
+        QTest::newRow("upper bottom right") << 1 << 4 << 23 << 240;
+        QTest::newRow("lower top left") << 2 << 0 << 0 << 11;
+        QTest::newRow("lower bottom left") << 2 << 4 << 0 << 19;
+        QTest::newRow("lower bottom right") << 2 << 4 << 23 << 249;
+        QTest::newRow("standard first") << 3 << 0 << 0 << 1;
+        QTest::newRow("standard last") << 3 << 0 << 8 << 9;
+        QTest::newRow("grey first") << 4 << 0 << 0 << 250;
+        QTest::newRow("grey last") << 4 << 0 << 5 << 255;
+        QTest::newRow("upper row 5") << 1 << 5 << 0 << -1;
+        QTest::newRow("upper column 24") << 1 << 0 << 24 << -1;
+        QTest::newRow("lower column 24") << 2 << 0 << 24 << -1;
+        QTest::newRow("standard row 1") << 3 << 1 << 0 << -1;
+        QTest::newRow("standard column 9") << 3 << 0 << 9 << -1;
+        QTest::newRow("grey column 6") << 4 << 0 << 6 << -1;
+        QTest::newRow("negative") << 1 << -1 << 0 << -1;
+    }
+
+    void layoutRule()
+    {
+        QFETCH(int, type);
+        QFETCH(int, row);
+        QFETCH(int, column);
+        QFETCH(int, aci);
+        const Shape& s = kShapes[type - 1];
+        ZrPaleteWnd grid(s.type, s.rows, s.columns, s.cellSize);
+        QCOMPARE(grid.getAciByPos(row, column, type), aci);
+        int r = -9;
+        int c = -9;
+        if (aci != -1) {
+            QVERIFY(ZrPaleteWnd::getPosByAci(aci, type, r, c));
+            QCOMPARE(r, row);
+            QCOMPARE(c, column);
+        }
+    }
+
+    // Every index from 1 to 255 stands on exactly one grid, at the cell that gives it back; 1 to 9
+    // only on the standard grid, 250 to 255 only on the grey one.
+    void everyIndexOnExactlyOneGrid()
+    {
+        std::vector<std::unique_ptr<ZrPaleteWnd>> grids;
+        for (const Shape& s : kShapes)
+            grids.emplace_back(new ZrPaleteWnd(s.type, s.rows, s.columns, s.cellSize));
+        for (int aci = 0; aci <= 257; ++aci) {
+            QList<int> onTypes;
+            for (const Shape& s : kShapes) {
+                int row = -1;
+                int column = -1;
+                if (!ZrPaleteWnd::getPosByAci(aci, s.type, row, column))
+                    continue;
+                onTypes << s.type;
+                QCOMPARE(grids[s.type - 1]->getAciByPos(row, column, s.type), aci);
+            }
+            const bool onAGrid = aci >= 1 && aci <= 255;
+            QVERIFY2(onTypes.size() == (onAGrid ? 1 : 0), qPrintable(QString::number(aci)));
+            if (aci <= 9 && onAGrid)
+                QCOMPARE(onTypes.first(), int(ZrPaleteWnd::kStandard));
+            if (aci >= 250 && onAGrid)
+                QCOMPARE(onTypes.first(), int(ZrPaleteWnd::kGrey));
+        }
+    }
+
+    void cellsArePaintedInTheDisplayPalette_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<int>("row");
+        QTest::addColumn<int>("column");
+        QTest::newRow("blue, standard") << 3 << 0 << 4;
+        QTest::newRow("150, upper") << 1 << 0 << 14;
+        QTest::newRow("11, lower") << 2 << 0 << 0;
+        QTest::newRow("31, lower") << 2 << 0 << 2;
+        QTest::newRow("252, grey") << 4 << 0 << 2;
+    }
+
+    void cellsArePaintedInTheDisplayPalette()
+    {
+        QFETCH(int, type);
+        QFETCH(int, row);
+        QFETCH(int, column);
+        const Shape& s = kShapes[type - 1];
+        ZrPaleteWnd grid(s.type, s.rows, s.columns, s.cellSize);
+        const QImage picture = grid.grab().toImage();
+        QCOMPARE(picture.pixelColor(centreOf(s, row, column)), displayColor(grid.getAciByPos(row, column, type)));
+    }
+
+    void colourTexts_data()
+    {
+        QTest::addColumn<int>("method");
+        QTest::addColumn<int>("index");
+        QTest::addColumn<QString>("colorName");
+        QTest::addColumn<QString>("bookName");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("ByLayer") << 192 << 256 << "" << "" << "BYLAYER";
+        QTest::newRow("ByBlock") << 193 << 0 << "" << "" << "BYBLOCK";
+        QTest::newRow("red") << 195 << 1 << "" << "" << "红";
+        QTest::newRow("magenta") << 195 << 6 << "" << "" << "洋红";
+        QTest::newRow("7 always white") << 195 << 7 << "" << "" << "白";
+        QTest::newRow("8") << 195 << 8 << "" << "" << "8";
+        QTest::newRow("255") << 195 << 255 << "" << "" << "255";
+        QTest::newRow("index 256") << 195 << 256 << "" << "" << "BYLAYER";
+        QTest::newRow("index 0") << 195 << 0 << "" << "" << "BYBLOCK";
+        QTest::newRow("index 257") << 195 << 257 << "" << "" << "";
+        QTest::newRow("true colour") << 194 << 0 << "" << "" << "1,2,3";
+        QTest::newRow("book colour") << 194 << 0 << "Lachs 12" << "Eigene" << "Lachs 12";
+        QTest::newRow("book without colour name") << 194 << 0 << "" << "Eigene" << "1,2,3";
+        QTest::newRow("colour name without book") << 194 << 0 << "Lachs 12" << "" << "1,2,3";
+        QTest::newRow("none") << 200 << 0 << "" << "" << "";
+    }
+
+    void colourTexts()
+    {
+        QFETCH(int, method);
+        QFETCH(int, index);
+        QFETCH(QString, colorName);
+        QFETCH(QString, bookName);
+        QFETCH(QString, text);
+        ZrCmColor color;
+        if (method == 194) {
+            color.setRGB(1, 2, 3);
+        } else {
+            color.setColorMethod(static_cast<ZrCmEntityColor::ColorMethod>(method));
+            color.setColorIndex(uint16_t(index));
+        }
+        color.setNames(ZrString(colorName).kwszPtr(), ZrString(bookName).kwszPtr());
+        QCOMPARE(ZrColorLineEdit::getColorText(color), text);
+    }
+
+    void hoverShowsTheIndexAndItsChannelsUntilTheMouseLeaves()
+    {
+        TabWindow w(R"({})");
+        ZrPaleteWnd* upper = w.grid(ZrPaleteWnd::kUpper);
+        QTest::mouseMove(upper, centreOf(kShapes[0], 4, 14));
+        const QColor expected = displayColor(150);
+        QCOMPARE(w.child<QLabel>("aciLabel")->text(), QStringLiteral("索引颜色: 150"));
+        QCOMPARE(w.child<QLabel>("rgbLabel")->text(),
+                 QStringLiteral("RGB: %1, %2, %3").arg(expected.red()).arg(expected.green()).arg(expected.blue()));
+        // Hovering shows, it does not choose.
+        QCOMPARE(w.line(), QStringLiteral("绿"));
+        QEvent leave(QEvent::Leave);
+        QApplication::sendEvent(upper, &leave);
+        QVERIFY(w.child<QLabel>("aciLabel")->text().isEmpty());
+        QVERIFY(w.child<QLabel>("rgbLabel")->text().isEmpty());
+    }
+
+    void aClickMarksTheCellOnEveryGrid()
+    {
+        TabWindow w(R"({})");
+        w.click(ZrPaleteWnd::kGrey, 0, 5);
+        QCOMPARE(w.line(), QStringLiteral("255"));
+        QCOMPARE(int(w.newColor.colorMethod()), 195);
+        QCOMPARE(int(w.newColor.colorIndex()), 255);
+        for (int type = 1; type <= 4; ++type)
+            QCOMPARE(w.grid(type)->selectedAci(), 255);
+        // The old colour never changes.
+        QCOMPARE(int(w.oldColor.colorIndex()), 3);
+    }
+
+    void clicksThatChooseNothing()
+    {
+        TabWindow w(R"({})");
+        ZrPaleteWnd* upper = w.grid(ZrPaleteWnd::kUpper);
+        // Past the last column, in the grid's margin.
+        QTest::mouseClick(upper, Qt::LeftButton, Qt::NoModifier, QPoint(upper->width() - 1, 8));
+        w.click(ZrPaleteWnd::kUpper, 0, 1, Qt::RightButton);
+        QCOMPARE(w.line(), QStringLiteral("绿"));
+        QCOMPARE(int(w.newColor.colorIndex()), 3);
+        QCOMPARE(upper->selectedAci(), 3);
+    }
+
+    void byLayerAndByBlockButtonsAndKeys_data()
+    {
+        QTest::addColumn<QString>("param");
+        QTest::addColumn<int>("key");
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<int>("method");
+        QTest::newRow("L") << "{}" << int(Qt::Key_L) << "" << 192;
+        QTest::newRow("K") << "{}" << int(Qt::Key_K) << "" << 193;
+        QTest::newRow("ByLayer button") << "{}" << 0 << "btnByLayer" << 192;
+        QTest::newRow("ByBlock button") << "{}" << 0 << "btnByBlock" << 193;
+        // A key in the parameter object takes the single-key shortcut away, whatever its value.
+        QTest::newRow("L, key true") << R"({"isByLayerEnable":true})" << int(Qt::Key_L) << "" << 195;
+        QTest::newRow("K, key true") << R"({"isByBLockEnable":true})" << int(Qt::Key_K) << "" << 195;
+        QTest::newRow("ByLayer off") << R"({"isByLayerEnable":false})" << 0 << "btnByLayer" << 195;
+    }
+
+    void byLayerAndByBlockButtonsAndKeys()
+    {
+        QFETCH(QString, param);
+        QFETCH(int, key);
+        QFETCH(QString, button);
+        QFETCH(int, method);
+        TabWindow w(param.toUtf8().constData());
+        w.click(ZrPaleteWnd::kUpper, 0, 1);
+        if (key)
+            QTest::keyClick(w.grid(ZrPaleteWnd::kUpper), Qt::Key(key));
+        else
+            QTest::mouseClick(w.child<QPushButton>(button.toLatin1().constData()), Qt::LeftButton);
+        QCOMPARE(int(w.newColor.colorMethod()), method);
+        QCOMPARE(w.line(), method == 192 ? QStringLiteral("BYLAYER") : method == 193 ? QStringLiteral("BYBLOCK")
+                                                                                    : QStringLiteral("28"));
+        // The cell stays marked: the buttons leave the grids alone.
+        QCOMPARE(w.grid(ZrPaleteWnd::kUpper)->selectedAci(), 28);
+    }
+
+    void keyCSelectsTheWholeLine_data()
+    {
+        QTest::addColumn<int>("modifier");
+        QTest::newRow("C") << int(Qt::NoModifier);
+        QTest::newRow("Alt+C") << int(Qt::AltModifier);
+    }
+
+    void keyCSelectsTheWholeLine()
+    {
+        QFETCH(int, modifier);
+        TabWindow w(R"({})", indexColor(123));
+        w.child<QPushButton>("btnByBlock")->setFocus();
+        QTest::keyClick(w.child<QPushButton>("btnByBlock"), Qt::Key_C, Qt::KeyboardModifiers(modifier));
+        QCOMPARE(QApplication::focusWidget(), w.tab->getColorLineEdit());
+        QCOMPARE(w.tab->getColorLineEdit()->selectedText(), QStringLiteral("123"));
+    }
+
+    void typedByLayerIsTakenOnlyWhileItsButtonIsOn_data()
+    {
+        QTest::addColumn<QString>("param");
+        QTest::addColumn<int>("method");
+        QTest::addColumn<QString>("line");
+        QTest::newRow("button on") << "{}" << 192 << "BYLAYER";
+        QTest::newRow("button off") << R"({"isByLayerEnable":false})" << 195 << "bylayer";
+    }
+
+    void typedByLayerIsTakenOnlyWhileItsButtonIsOn()
+    {
+        QFETCH(QString, param);
+        QFETCH(int, method);
+        QFETCH(QString, line);
+        TabWindow w(param.toUtf8().constData());
+        ZrColorLineEdit* edit = w.tab->getColorLineEdit();
+        edit->setFocus();
+        edit->selectAll();
+        QTest::keyClicks(edit, QStringLiteral("bylayer"));
+        QTest::keyClick(edit, Qt::Key_Tab);
+        QCOMPARE(int(w.newColor.colorMethod()), method);
+        QCOMPARE(w.line(), line);
+    }
+
+    void noColourStaysUnlessByLayerIsOn_data()
+    {
+        QTest::addColumn<QString>("param");
+        QTest::addColumn<bool>("staysNone");
+        QTest::addColumn<QString>("line");
+        QTest::newRow("ByLayer on") << "{}" << false << "BYLAYER";
+        QTest::newRow("ByLayer off") << R"({"isByLayerEnable":false})" << true << "";
+    }
+
+    void noColourStaysUnlessByLayerIsOn()
+    {
+        QFETCH(QString, param);
+        QFETCH(bool, staysNone);
+        QFETCH(QString, line);
+        ZrCmColor none;
+        none.setColorMethod(ZrCmEntityColor::kNone);
+        TabWindow w(param.toUtf8().constData(), none);
+        QCOMPARE(w.newColor.colorMethod() == ZrCmEntityColor::kNone, staysNone);
+        if (!staysNone)
+            QCOMPARE(int(w.newColor.colorIndex()), 256);
+        QCOMPARE(w.line(), line);
+        for (int type = 1; type <= 4; ++type) {
+            int row = 0;
+            int column = 0;
+            QVERIFY(!ZrPaleteWnd::getPosByAci(w.grid(type)->selectedAci(), type, row, column));
+        }
+    }
+};
+
+ZR_TEST_SUITE(TestIndexTab)
+#include "tst_indextab.moc"
