@@ -120,6 +120,19 @@ private Q_SLOTS:
         QCOMPARE(entity.colorIndex(), uint16_t(200));
     }
 
+    // A true colour made from a default (by layer) colour must not read as by layer or by block
+    // through its index: controls match index 256 and 0 to those items.
+    void aTrueColourAnswersTheNearestIndex()
+    {
+        QCOMPARE(trueColor(250, 2, 3).colorIndex(), uint16_t(1));
+        QCOMPARE(trueColor(0, 0, 0).colorIndex(), uint16_t(18));
+        QCOMPARE(trueColor(255, 255, 254).colorIndex(), uint16_t(7));
+        ZrCmColor fromLayer;
+        fromLayer.setRGB(12, 200, 30);
+        QVERIFY(fromLayer.colorIndex() >= 1 && fromLayer.colorIndex() <= 255);
+        QCOMPARE(fromLayer.entityColor().colorIndex(), fromLayer.colorIndex());
+    }
+
     void channelsResolveInEveryMethod_data()
     {
         QTest::addColumn<ZrCmColor>("color");
