@@ -1,4 +1,5 @@
-// zracb: makes colour books from palette files and prints what a book holds.
+// zracb: makes colour books from palette files, prints what a book holds and writes it back as a
+// palette.
 
 #include "acbwriter.h"
 
@@ -12,6 +13,7 @@
 #include <QTextStream>
 
 #include <cstdio>
+#include <functional>
 
 namespace {
 
@@ -20,11 +22,13 @@ constexpr int exitUsage = 2;
 const char usage[] =
     "usage: zracb make INPUT OUT.acb [--masked] [--page-size N] [--name BOOK]\n"
     "       zracb dump BOOK.acb\n"
+    "       zracb export BOOK.acb OUT.gpl\n"
     "\n"
     "make reads a GIMP palette (.gpl) or lines of \"R G B name\" and writes a colour book; --masked\n"
     "stores the channels masked (RGB8Encrypt) instead of plain (RGB8). The book's name is --name, else\n"
     "the palette's Name:, else the input's file name. Pages hold 8 colours unless --page-size says.\n"
     "dump prints the book's pages and colours, unmasked, as lines that make reads again.\n"
+    "export writes the book's colours, unmasked, as a GIMP palette named after the book.\n"
     "Exit codes: 0 done, 2 bad usage or input.\n";
 
 int fail(const QString& message)
@@ -88,38 +92,86 @@ QString channelsText(int red, int green, int blue)
     return QStringLiteral("%1 %2 %3").arg(red).arg(green).arg(blue);
 }
 
-// Reads the book as the module does, from a folder that holds only this book, and prints it in the
-// form make reads.
-int dump(const QStringList& args)
+// Reads the book as the module does, from a folder that holds only this book, and hands its name to
+// `read` while the folder is there to read pages from. False when the file holds no book.
+bool readBook(const QString& path, const std::function<void(CEdColorBookManager*, const ZrString&)>& read)
 {
-    if (args.size() != 1)
-        return usageError(QStringLiteral("dump takes one book"));
     const QTemporaryDir folder;
     const QString copy = folder.filePath(QStringLiteral("book.acb"));
-    if (!folder.isValid() || !QFile::copy(args[0], copy))
-        return fail(QStringLiteral("cannot read %1").arg(args[0]));
+    if (!folder.isValid() || !QFile::copy(path, copy))
+        return false;
     ZrHostControl::setColorBookFolders({folder.path()});
     CEdColorBookManager* books = CEdColorBookManager::getInstance();
     ZrArray<ZrString> names;
     books->getColorBookNames(names);
     if (names.isEmpty())
-        return fail(QStringLiteral("%1 is not a colour book").arg(args[0]));
+        return false;
+    read(books, names[0]);
+    return true;
+}
 
+// Prints the book in the form make reads.
+int dump(const QStringList& args)
+{
+    if (args.size() != 1)
+        return usageError(QStringLiteral("dump takes one book"));
     QTextStream out(stdout);
     out.setCodec("UTF-8");
-    const ZrString& book = names[0];
-    out << "Name: " << book.toQString() << '\n';
-    const int pageCount = books->getPageNum(book);
-    for (int p = 0; p < pageCount; ++p) {
-        const SXuBookColorPage* page = books->getColorPage(book, p);
-        const uint32_t pageColor = page->pageColor;
-        out << "# page " << p + 1 << ", page colour "
-            << channelsText(pageColor & 0xFF, (pageColor >> 8) & 0xFF, (pageColor >> 16) & 0xFF) << '\n';
-        for (const ZrCmColor& color : page->colors) {
-            out << channelsText(color.red(), color.green(), color.blue()) << '\t'
-                << QString::fromWCharArray(color.colorName()) << '\n';
+    const bool read = readBook(args[0], [&out](CEdColorBookManager* books, const ZrString& book) {
+        out << "Name: " << book.toQString() << '\n';
+        const int pageCount = books->getPageNum(book);
+        for (int p = 0; p < pageCount; ++p) {
+            const SXuBookColorPage* page = books->getColorPage(book, p);
+            const uint32_t pageColor = page->pageColor;
+            out << "# page " << p + 1 << ", page colour "
+                << channelsText(pageColor & 0xFF, (pageColor >> 8) & 0xFF, (pageColor >> 16) & 0xFF) << '\n';
+            for (const ZrCmColor& color : page->colors) {
+                out << channelsText(color.red(), color.green(), color.blue()) << '\t'
+                    << QString::fromWCharArray(color.colorName()) << '\n';
+            }
         }
+    });
+    return read ? 0 : fail(QStringLiteral("%1 is not a colour book").arg(args[0]));
+}
+
+// A palette line holds one line: any line break or tab in a name becomes a blank.
+QString paletteText(const QString& text)
+{
+    QString flat = text;
+    for (QChar& ch : flat) {
+        if (ch.category() == QChar::Other_Control || ch == QChar::LineSeparator || ch == QChar::ParagraphSeparator)
+            ch = QLatin1Char(' ');
     }
+    return flat;
+}
+
+// Writes the book as a GIMP palette: the book's name, its page size as the columns, every colour.
+int exportPalette(const QStringList& args)
+{
+    if (args.size() != 2)
+        return usageError(QStringLiteral("export takes a book and an output file"));
+    QString text;
+    const bool read = readBook(args[0], [&text](CEdColorBookManager* books, const ZrString& book) {
+        const int pageCount = books->getPageNum(book);
+        const SXuBookColorPage* first = pageCount > 0 ? books->getColorPage(book, 0) : nullptr;
+        text = QStringLiteral("GIMP Palette\nName: %1\nColumns: %2\n#\n")
+                   .arg(paletteText(book.toQString()))
+                   .arg(first ? first->colors.length() : 0);
+        for (int p = 0; p < pageCount; ++p) {
+            for (const ZrCmColor& color : books->getColorPage(book, p)->colors) {
+                text += QStringLiteral("%1 %2 %3\t%4\n")
+                            .arg(color.red(), 3)
+                            .arg(color.green(), 3)
+                            .arg(color.blue(), 3)
+                            .arg(paletteText(QString::fromWCharArray(color.colorName())));
+            }
+        }
+    });
+    if (!read)
+        return fail(QStringLiteral("%1 is not a colour book").arg(args[0]));
+    QString error;
+    if (!zracb::saveFile(args[1], text.toUtf8(), error))
+        return fail(error);
     return 0;
 }
 
@@ -136,5 +188,7 @@ int main(int argc, char* argv[])
         return make(args);
     if (command == QLatin1String("dump"))
         return dump(args);
+    if (command == QLatin1String("export"))
+        return exportPalette(args);
     return usageError(QStringLiteral("unknown command %1").arg(command));
 }

@@ -1,7 +1,10 @@
 #include "zrhostmainwindow.h"
 
+#include "uicolorbookmng.h"
 #include "zrcolorcombobox.h"
+#include "zrcolorsamplepanel.h"
 #include "zrcommandpanel.h"
+#include "zrconfig.h"
 #include "zrdbdatabase.h"
 #include "zrdialogrun.h"
 #include "zrdocument.h"
@@ -125,12 +128,17 @@ ZrHostMainWindow::ZrHostMainWindow(const QStringList& dialogs) : d(std::make_uni
     d->commandLine = new ZrCommandPanel;
     auto* commandDock = addDock(this, QStringLiteral("命令行"), QStringLiteral("commandLineDock"), d->commandLine,
                                 Qt::BottomDockWidgetArea);
+    auto* colorSampleDock = addDock(this, QStringLiteral("颜色示例"), QStringLiteral("colorSampleDock"),
+                                    new ZrColorSamplePanel, Qt::RightDockWidgetArea);
     resizeDocks({layerDock}, {340}, Qt::Horizontal);
     resizeDocks({commandDock}, {170}, Qt::Vertical);
 
     QMenu* fileMenu = menuBar()->addMenu(QStringLiteral("文件(&F)"));
     fileMenu->addAction(QStringLiteral("打开图纸(&O)…"), this, &ZrHostMainWindow::openDrawingFile, QKeySequence::Open);
     fileMenu->addAction(QStringLiteral("保存图纸(&S)…"), this, &ZrHostMainWindow::saveDrawingFile, QKeySequence::Save);
+    fileMenu->addSeparator();
+    fileMenu->addAction(QStringLiteral("配色系统位置(&B)…"), this, &ZrHostMainWindow::chooseColorBookFolder)
+        ->setObjectName(QStringLiteral("colorBookFolderAction"));
     fileMenu->addSeparator();
     fileMenu->addAction(QStringLiteral("退出(&X)"), qApp, &QApplication::quit, QKeySequence::Quit);
 
@@ -149,6 +157,7 @@ ZrHostMainWindow::ZrHostMainWindow(const QStringList& dialogs) : d(std::make_uni
     viewMenu->addSeparator();
     viewMenu->addAction(properties->toggleViewAction());
     viewMenu->addAction(layerDock->toggleViewAction());
+    viewMenu->addAction(colorSampleDock->toggleViewAction());
     viewMenu->addAction(commandDock->toggleViewAction());
 
     d->selectionCount = new QLabel(this);
@@ -250,6 +259,30 @@ void ZrHostMainWindow::saveDrawingFile()
     }
     setDrawingName(QFileInfo(file).fileName());
     appendToCommandLine(QStringLiteral("已保存图纸 %1").arg(file));
+}
+
+void ZrHostMainWindow::chooseColorBookFolder()
+{
+    const QString folder = QFileDialog::getExistingDirectory(this, QStringLiteral("配色系统位置"), d->lastFolder);
+    if (folder.isEmpty())
+        return;
+    const ZrJsonPtr settings = zr_user_config("");
+    const ZrJsonPtr before = zr_user_config("ColorBookPaths");
+    settings->SetDataSW("ColorBookPaths", ZrString(folder));
+    if (!zr_save_user_config("ColorBookPaths")) {
+        // The setting stays as the file has it.
+        if (before)
+            settings->SetDataJ("ColorBookPaths", before);
+        else
+            settings->SetDataNull("ColorBookPaths");
+        const QString file = ZrHostControl::userConfigFile();
+        appendToCommandLine(QStringLiteral("无法保存用户配置: %1").arg(file));
+        ZrUiMessageBox(L"配色系统位置", ZrString(QStringLiteral("无法保存用户配置 %1。").arg(file)), 16, this);
+        return;
+    }
+    // The book list is read once and kept; the setting changed, so the next colour dialog reads it anew.
+    CEdColorBookManager::getInstance()->loadData();
+    appendToCommandLine(QStringLiteral("配色系统位置: %1").arg(folder));
 }
 
 void ZrHostMainWindow::refreshUndoActions()

@@ -1,6 +1,7 @@
 #pragma once
 // The reference host's main window: the drawing view, the property toolbar with the module's layer
-// and colour boxes and Undo/Redo, the layer panel, the Dialogs menu and the command line.
+// and colour boxes and Undo/Redo, the layer panel, the colour sample panel, the Dialogs menu and the
+// command line.
 
 #include <QMainWindow>
 #include <memory>
@@ -30,6 +31,9 @@ private:
     void runDialog(const QString& name);
     void openDrawingFile();
     void saveDrawingFile();
+    // Points the colour book folders at one folder: written to the user configuration and read again
+    // by the next colour dialog.
+    void chooseColorBookFolder();
     // Undo and Redo follow the current drawing's history and name its next step.
     void refreshUndoActions();
     void refreshSelectionCount();

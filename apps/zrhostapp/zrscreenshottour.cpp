@@ -140,9 +140,9 @@ bool writeMessageBox(ZrHostMainWindow* window, const QString& file)
     return written;
 }
 
-// The colour dialog on its index tab, drawn where it stands over the main window, and closed as its
-// close button would.
-bool writeColorDialog(ZrHostMainWindow* window, const QString& file)
+// The colour dialog on the tab its colour opens, drawn where it stands over the main window, and
+// closed as its close button would.
+bool writeColorDialog(ZrHostMainWindow* window, const QString& file, const ZrJsonPtr& param)
 {
     QObject dialogWatch;
     bool written = false;
@@ -155,13 +155,19 @@ bool writeColorDialog(ZrHostMainWindow* window, const QString& file)
         dialog->close();
     });
     const QString name = QStringLiteral("ColorDialog");
-    const ZrJsonPtr param = ZrApp::sampleParam(name);
     const ZrJsonPtr answer = ZrApp::runDialog(name, param, window);
     const QString line = QString::fromUtf8(ZrApp::answerLine(param, answer));
     window->appendToCommandLine(line);
     ZrApp::printLine(stdout, line);
     return written;
 }
+
+// A true colour without book names, which opens the dialog on the true colour tab.
+const char kTrueColorParam[] = R"({"method":194,"rgb":16748574})";
+
+// A colour of the shipped book "ZR Design", which opens the dialog on the book tab at its page.
+const char kBookColorParam[] =
+    R"({"method":194,"rgb":4958164,"colorName":"ZR 130 Saffron 9","bookName":"ZR Design"})";
 
 // How long the window may take to show the selection.
 constexpr int kSettleMs = 5000;
@@ -193,7 +199,12 @@ void takeScreenshots(ZrHostMainWindow* window, const QString& dir)
             const QDir out(dir);
             const bool written = saveGrab(window, out.filePath(QStringLiteral("main-window.png")))
                 && writeMessageBox(window, out.filePath(QStringLiteral("message-box.png")))
-                && writeColorDialog(window, out.filePath(QStringLiteral("color-dialog.png")));
+                && writeColorDialog(window, out.filePath(QStringLiteral("color-dialog.png")),
+                                    ZrApp::sampleParam(QStringLiteral("ColorDialog")))
+                && writeColorDialog(window, out.filePath(QStringLiteral("color-dialog-true.png")),
+                                    ElementValue::parse(kTrueColorParam))
+                && writeColorDialog(window, out.filePath(QStringLiteral("color-dialog-book.png")),
+                                    ElementValue::parse(kBookColorParam));
             QApplication::exit(written ? 0 : 1);
         });
     });

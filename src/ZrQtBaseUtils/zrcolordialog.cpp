@@ -1,7 +1,9 @@
 #include "zrcolordialog.h"
 
 #include "ZrQtUtilsFunc.h"
+#include "uicolorbooktab.h"
 #include "uicolorindextab.h"
+#include "uitruecolortab.h"
 #include "uicolorwidgets.h"
 
 #include "zrarbitdict.h"
@@ -93,6 +95,18 @@ void ZrColorDialog::initializeData(ZrJsonPtr param, ZrRxObjectPtr object)
         addIndexTab();
     // The true colour tab ("   真彩色   ") and the colour book tab ("  配色系统  ") join here, in
     // that order, when their bits are set.
+    if (tabBits & kTrueColorTab) {
+        auto* trueColorTab = new ZrTrueColorWnd(this);
+        trueColorTab->initializeData(&d->newColor, &d->oldColor);
+        d->trueColorTab = trueColorTab;
+        d->tabs->addTab(trueColorTab, zrUiText("IDS_ZRED_UICOLORSHEET_PROMPT3", QStringLiteral("   真彩色   ")));
+    }
+    if (tabBits & kColorBookTab) {
+        auto* bookTab = new ZrUiColorBookTab(this);
+        bookTab->initializeData(&d->newColor, &d->oldColor);
+        d->bookTab = bookTab;
+        d->tabs->addTab(bookTab, zrUiText("IDS_ZRED_UICOLORSHEET_PROMPT4", QStringLiteral("  配色系统  ")));
+    }
     for (int i = 0; i < d->tabs->count(); ++i) {
         if (auto* line = d->tabs->widget(i)->findChild<ZrColorLineEdit*>())
             connect(line, &QLineEdit::textChanged, this, &ZrColorDialog::onColorChanged);

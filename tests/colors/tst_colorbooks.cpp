@@ -394,6 +394,56 @@ private Q_SLOTS:
                                             "0 0 0\tblack\n"));
     }
 
+    // A palette goes into a masked book and comes out again the same, colour for colour and name for name.
+    void zracbExportGivesThePaletteBack()
+    {
+        QTemporaryDir dir;
+        QByteArray palette = "GIMP Palette\nName: Round Trip\n#\n";
+        for (int i = 0; i < 1000; ++i) {
+            palette += QStringLiteral("%1 %2 %3\tRT %4 漢 %5\n")
+                           .arg(i % 256).arg((i * 7) % 256).arg(255 - i % 256).arg(i).arg(i % 3 ? QStringLiteral("b") : QString())
+                           .toUtf8();
+        }
+        const QString input = dir.filePath(QStringLiteral("in.gpl"));
+        writeFile(input, palette);
+        const QString book = dir.filePath(QStringLiteral("book.acb"));
+        const QString output = dir.filePath(QStringLiteral("out.gpl"));
+        const ToolRun made = runZracb({QStringLiteral("make"), input, book, QStringLiteral("--masked")});
+        QVERIFY2(made.exitCode == 0, qPrintable(made.err));
+        const ToolRun exported = runZracb({QStringLiteral("export"), book, output});
+        QVERIFY2(exported.exitCode == 0, qPrintable(exported.err));
+
+        QFile written(output);
+        QVERIFY(written.open(QIODevice::ReadOnly));
+        zracb::Palette before;
+        zracb::Palette after;
+        QString error;
+        QVERIFY(zracb::readPalette(palette, before, error));
+        QVERIFY2(zracb::readPalette(written.readAll(), after, error), qPrintable(error));
+        QCOMPARE(after.name, QStringLiteral("Round Trip"));
+        QCOMPARE(after.colors.size(), 1000);
+        for (int i = 0; i < 1000; ++i) {
+            const zracb::BookColor& a = before.colors[i];
+            const zracb::BookColor& b = after.colors[i];
+            QCOMPARE(b.name, a.name);
+            QCOMPARE((Rgb{b.red, b.green, b.blue}), (Rgb{a.red, a.green, a.blue}));
+        }
+
+        // A file that is no book, or an output that cannot be written: exit 2, the file named, the
+        // old output as it was.
+        const ToolRun notABook = runZracb({QStringLiteral("export"), input, output});
+        QCOMPARE(notABook.exitCode, 2);
+        QVERIFY2(notABook.err.contains(input), qPrintable(notABook.err));
+        const QString nowhere = dir.filePath(QStringLiteral("no-such-folder/out.gpl"));
+        const ToolRun unwritable = runZracb({QStringLiteral("export"), book, nowhere});
+        QCOMPARE(unwritable.exitCode, 2);
+        QVERIFY2(unwritable.err.contains(nowhere), qPrintable(unwritable.err));
+        QCOMPARE(runZracb({QStringLiteral("export"), book}).exitCode, 2);
+        QFile again(output);
+        QVERIFY(again.open(QIODevice::ReadOnly));
+        QVERIFY(again.readAll().startsWith("GIMP Palette\nName: Round Trip\nColumns: 8\n"));
+    }
+
     void zracbRefusesBadInputNamingTheLine()
     {
         QTemporaryDir dir;

@@ -383,8 +383,8 @@ private Q_SLOTS:
         QTest::addColumn<int>("count");
         QTest::newRow("index") << 1 << 1;
         QTest::newRow("none asked") << 0 << 1;
-        QTest::newRow("all") << 7 << 1;
-        QTest::newRow("missing key") << -1 << 1;
+        QTest::newRow("all") << 7 << 3;
+        QTest::newRow("missing key") << -1 << 3;
     }
 
     void tabsBuiltByBits()

@@ -8,7 +8,10 @@
 #include "drawingtesthelpers.h"
 #include "zrappenv.h"
 #include "zrdialogrun.h"
+#include "zrcolorbutton.h"
 #include "zrcolorcombobox.h"
+#include "zrcolorsamplepanel.h"
+#include "zrconfig.h"
 #include "zrdbdatabase.h"
 #include "zrdbentity.h"
 #include "zrdbsymtb.h"
@@ -24,11 +27,16 @@
 
 #include <QAbstractItemView>
 #include <QAction>
+#include <QComboBox>
+#include <QFileDialog>
+#include <QTemporaryDir>
+#include <QDockWidget>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QApplication>
 #include <QTest>
 #include <QHeaderView>
@@ -64,6 +72,20 @@ ZrCmColor aci(uint16_t index)
     color.setColorMethod(ZrCmEntityColor::kByACI);
     color.setColorIndex(index);
     return color;
+}
+
+// Types the index over the colour dialog's line and clicks OK.
+void typeIndexAndTakeIt(QWidget* dialog, int index)
+{
+    auto* line = dialog->findChild<QLineEdit*>(QStringLiteral("colorLineEdit"));
+    QVERIFY(line);
+    line->setFocus();
+    line->selectAll();
+    QTest::keyClicks(line, QString::number(index));
+    for (QPushButton* button : dialog->findChildren<QPushButton*>()) {
+        if (button->text() == QStringLiteral("确定"))
+            QTest::mouseClick(button, Qt::LeftButton);
+    }
 }
 
 ZrDbObjectId addColouredLine(double y, uint16_t index)
@@ -493,17 +515,7 @@ private Q_SLOTS:
         QCOMPARE(layerColor(walls), before);
         QCOMPARE(action("undoAction")->text(), lastStep);
 
-        ZrTest::whenModalShown([](QWidget* dialog) {
-            auto* line = dialog->findChild<QLineEdit*>(QStringLiteral("colorLineEdit"));
-            QVERIFY(line);
-            line->setFocus();
-            line->selectAll();
-            QTest::keyClicks(line, QStringLiteral("30"));
-            for (QPushButton* button : dialog->findChildren<QPushButton*>()) {
-                if (button->text() == QStringLiteral("确定"))
-                    QTest::mouseClick(button, Qt::LeftButton);
-            }
-        });
+        ZrTest::whenModalShown([](QWidget* dialog) { typeIndexAndTakeIt(dialog, 30); });
         doubleClickColour();
         QCOMPARE(layerColor(walls), aci(30));
         QTRY_COMPARE(row->text(colorColumn), QStringLiteral("30"));
@@ -515,6 +527,35 @@ private Q_SLOTS:
         QCOMPARE(layerColor(walls), before);
         QTRY_COMPARE(row->text(colorColumn), shownBefore);
         QCOMPARE(action("undoAction")->text(), lastStep);
+    }
+
+    // The sample panel's first colour button opens the colour dialog; OK takes the colour into the
+    // swatch and the gradient, and the swap button trades the two colours.
+    void colourSamplePanelFollowsTheDialogChoice()
+    {
+        showWindow();
+        auto* dock = m_window->findChild<QDockWidget*>(QStringLiteral("colorSampleDock"));
+        QVERIFY(dock);
+        QCOMPARE(dock->windowTitle(), QStringLiteral("颜色示例"));
+        auto* panel = m_window->findChild<ZrColorSamplePanel*>(QStringLiteral("colorSamplePanel"));
+        QVERIFY(panel && panel->isVisible());
+        ZrColorButtonWidget* first = panel->firstColor();
+        QSignalSpy changed(first, &ZrColorButtonWidget::colorChanged);
+        const QColor second = panel->gradient()->getColor2();
+
+        ZrTest::whenModalShown([](QWidget* dialog) { typeIndexAndTakeIt(dialog, 30); });
+        QTest::mouseClick(first->innerButton(), Qt::LeftButton);
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(first->color(), aci(30));
+        const QColor chosen(aci(30).red(), aci(30).green(), aci(30).blue());
+        QCOMPARE(panel->gradient()->getColor1(), chosen);
+        QCOMPARE(panel->gradient()->getColor2(), second);
+
+        QTest::mouseClick(panel->findChild<QPushButton*>(QStringLiteral("swapColorsButton")), Qt::LeftButton);
+        QCOMPARE(panel->gradient()->getColor1(), second);
+        QCOMPARE(panel->gradient()->getColor2(), chosen);
+        QCOMPARE(panel->secondColor()->color(), aci(30));
+        QCOMPARE(changed.count(), 1);
     }
 
     void undoAndRedoAreDisabledWithoutHistory()
@@ -554,6 +595,57 @@ private Q_SLOTS:
         const QJsonObject answer = QJsonDocument::fromJson(history.section(QLatin1Char('\n'), -1).toUtf8()).object();
         QCOMPARE(answer.value(QStringLiteral("result")).toInt(), 1);
         QCOMPARE(answer.value(QStringLiteral("param")).toObject().value(QStringLiteral("method")).toInt(), 193);
+    }
+
+    // A folder of books picked in the 文件 menu is saved to the user configuration, and the very next
+    // colour dialog lists its book.
+    void colourBookFolderReachesTheNextDialog()
+    {
+        QTemporaryDir books;
+        QFile book(books.filePath(QStringLiteral("dock.acb")));
+        QVERIFY(book.open(QIODevice::WriteOnly));
+        book.write("<colorBook><bookName>Dock Book</bookName><colorPage><colorEntry><colorName>Dock 1</colorName>"
+                   "<RGB8><red>1</red><green>2</green><blue>3</blue></RGB8></colorEntry></colorPage></colorBook>");
+        book.close();
+        ZrHostControl::resetColorBookFolders();
+        showWindow(ZrApp::availableDialogs());
+        // The books the colour dialog of the 对话框 menu lists.
+        const auto listedBooks = [this] {
+            QStringList listed;
+            ZrTest::whenModalShown([&listed](QWidget* dialog) {
+                auto* combo = dialog->findChild<QComboBox*>(QStringLiteral("colorBookCombo"));
+                QVERIFY(combo);
+                for (int i = 0; i < combo->count(); ++i)
+                    listed << combo->itemText(i);
+                QTest::keyClick(dialog, Qt::Key_Escape);
+            });
+            for (QAction* a : m_window->findChildren<QAction*>()) {
+                if (a->text() == QLatin1String("ColorDialog"))
+                    a->trigger();
+            }
+            return listed;
+        };
+        QVERIFY(!listedBooks().contains(QStringLiteral("Dock Book")));
+
+        ZrTest::whenModalShown([&books](QWidget* modal) {
+            auto* picker = qobject_cast<QFileDialog*>(modal);
+            QVERIFY(picker);
+            auto* name = picker->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+            QVERIFY(name);
+            name->setText(books.path());
+            QTest::keyClick(name, Qt::Key_Return);
+        });
+        action("colorBookFolderAction")->trigger();
+        const ZrJsonPtr saved = zr_user_config("ColorBookPaths");
+        QVERIFY(saved);
+        QCOMPARE(saved->safeStrValueW().toQString(), books.path());
+        QFile config(ZrHostControl::userConfigFile());
+        QVERIFY(config.open(QIODevice::ReadOnly));
+        QVERIFY(config.readAll().contains(books.path().toUtf8()));
+
+        const QStringList listed = listedBooks();
+        zr_user_config("")->SetDataNull("ColorBookPaths");
+        QVERIFY2(listed.contains(QStringLiteral("Dock Book")), qPrintable(listed.join(QLatin1Char(','))));
     }
 };
 

@@ -307,6 +307,21 @@ private Q_SLOTS:
         QCOMPARE(r.answerLine().value("param").toObject().value("index").toInt(-99), 3);
     }
 
+    // A true colour opens on the true colour tab; the RGB mode chosen, two channels typed and OK give
+    // the caller the new channels, the untouched one as it was.
+    void typedChannelsOfATrueColour()
+    {
+        const ZruiRun r = run({"dialog", "ColorDialog", "--param", R"({"method":194,"rgb":1971210})", "--do",
+                               "select:colorModeCombo=RGB;focus:redSpinBox;key:Ctrl+A;type:200;"
+                               "focus:blueSpinBox;key:Ctrl+A;type:7;click:确定",
+                               "--timeout-ms", "20000"});
+        QVERIFY2(r.exitCode == 0, qPrintable(r.err));
+        QCOMPARE(r.answerLine().value("result").toInt(-99), 1);
+        const QJsonObject param = r.answerLine().value("param").toObject();
+        QCOMPARE(param.value("method").toInt(-99), 194);
+        QCOMPARE(param.value("rgb").toInt(-99), 200 | 20 << 8 | 7 << 16);
+    }
+
     void listNamesTheMessageBox()
     {
         const ZruiRun r = run({"list"});
@@ -346,11 +361,18 @@ private Q_SLOTS:
         const ZruiRun r = run({"--screenshot", dir, "--theme", "dark"}, hostAppFile());
         QVERIFY2(r.finished, "zrhostapp did not end");
         QVERIFY2(r.exitCode == 0, qPrintable(r.err));
-        for (const char* name : {"main-window.png", "message-box.png", "color-dialog.png"}) {
+        for (const char* name : {"main-window.png", "message-box.png", "color-dialog.png", "color-dialog-true.png",
+                                 "color-dialog-book.png"}) {
             const QImage shot(QDir(dir).filePath(QLatin1String(name)));
             QVERIFY2(!shot.isNull(), name);
             QVERIFY2(r.out.contains(name), r.out.constData());
         }
+        // The true colour opens another tab than the index colour does.
+        QVERIFY(QImage(QDir(dir).filePath(QStringLiteral("color-dialog-true.png")))
+                != QImage(QDir(dir).filePath(QStringLiteral("color-dialog.png"))));
+        // The book colour opens another tab than the index colour does.
+        QVERIFY(QImage(QDir(dir).filePath(QStringLiteral("color-dialog-book.png")))
+                != QImage(QDir(dir).filePath(QStringLiteral("color-dialog.png"))));
         QVERIFY2(r.out.contains("\"result\": 2"), r.out.constData());
     }
 
