@@ -214,6 +214,46 @@ struct ZrUiColorListLabel::Private
     int pageIndex = -1;
     int entryCount = 0;
     int currentEntry = -1;
+    // The bars of the pages shown lately with their names written, as painted at a size and in a font:
+    // laying out the names costs more than all else the panel paints on a book switch. Keyed by what
+    // the bars show, so that a book read again from its file is never shown as it was.
+    QCache<QString, QImage> bars{8};
+
+    const QImage& barsAt(const QWidget* label)
+    {
+        const qreal ratio = label->devicePixelRatioF();
+        const int entries = std::min(entryCount, page->colors.length());
+        QString key = QStringLiteral("%1x%2@%3|%4|%5")
+                          .arg(label->width())
+                          .arg(label->height())
+                          .arg(ratio)
+                          .arg(label->font().key())
+                          .arg(entryCount);
+        for (int entry = 0; entry < entries; ++entry) {
+            const ZrCmColor& color = page->colors[entry];
+            const int rgb = (color.red() << 16) | (color.green() << 8) | color.blue();
+            key += QLatin1Char('|') + QString::number(rgb, 16) + QLatin1Char(' ') +
+                   QString::fromWCharArray(color.colorName());
+        }
+        if (const QImage* cached = bars.object(key))
+            return *cached;
+        auto* image = new QImage(label->size() * ratio, QImage::Format_ARGB32_Premultiplied);
+        image->setDevicePixelRatio(ratio);
+        image->fill(Qt::transparent);
+        QPainter painter(image);
+        painter.setFont(label->font());
+        for (int entry = 0; entry < entries; ++entry) {
+            const ZrCmColor& color = page->colors[entry];
+            const QRect bar = stripRect(entry, entryCount, label);
+            paintStrip(painter, bar, QColor(color.red(), color.green(), color.blue()));
+            const bool dark = color.red() + color.green() + color.blue() < 384;
+            painter.setPen(dark ? Qt::white : Qt::black);
+            painter.drawText(bar, Qt::AlignHCenter | Qt::AlignVCenter, QString::fromWCharArray(color.colorName()));
+        }
+        painter.end();
+        bars.insert(key, image);
+        return *image;
+    }
 };
 
 ZrUiColorListLabel::ZrUiColorListLabel(QWidget* parent) : QLabel(parent), d(new Private) {}
@@ -241,15 +281,7 @@ void ZrUiColorListLabel::paintEvent(QPaintEvent* event)
     if (d->bookName.isEmpty() || d->pageIndex == -1 || !d->page)
         return;
     QPainter painter(this);
-    const int entries = std::min(d->entryCount, d->page->colors.length());
-    for (int entry = 0; entry < entries; ++entry) {
-        const ZrCmColor& color = d->page->colors[entry];
-        const QRect bar = stripRect(entry, d->entryCount, this);
-        paintStrip(painter, bar, QColor(color.red(), color.green(), color.blue()));
-        const bool dark = color.red() + color.green() + color.blue() < 384;
-        painter.setPen(dark ? Qt::white : Qt::black);
-        painter.drawText(bar, Qt::AlignHCenter | Qt::AlignVCenter, QString::fromWCharArray(color.colorName()));
-    }
+    painter.drawImage(0, 0, d->barsAt(this));
     if (d->currentEntry >= 0 && d->currentEntry < d->entryCount)
         frameStrip(painter, stripRect(d->currentEntry, d->entryCount, this));
 }

@@ -278,6 +278,35 @@ private Q_SLOTS:
         QCOMPARE(countOf(qRgb(255, 255, 255), 41, 80), 0);
     }
 
+    // The bars show the page and the size asked for, also when coming back to one shown before, and a
+    // book read again from its file shows its new colours.
+    void barsFollowPageSizeAndBook()
+    {
+        ZrUiColorListLabel list;
+        list.resize(200, 80);
+        const auto barsAre = [&list](int y0, QRgb first, int y1, QRgb second) {
+            const QImage image = list.grab().toImage();
+            return image.pixel(2, y0) == first && image.pixel(image.width() - 3, y1) == second;
+        };
+        list.setBookInfo(QStringLiteral("Harbour"), 0, -1);
+        QVERIFY(barsAre(20, qRgb(10, 20, 30), 60, qRgb(40, 50, 60)));
+        list.setBookInfo(QStringLiteral("Harbour"), 1, -1);
+        QVERIFY(barsAre(20, qRgb(70, 80, 90), 60, qRgb(100, 110, 120)));
+        list.setBookInfo(QStringLiteral("Harbour"), 0, -1);
+        QVERIFY(barsAre(20, qRgb(10, 20, 30), 60, qRgb(40, 50, 60)));
+        list.resize(300, 160);
+        QVERIFY(barsAre(120, qRgb(40, 50, 60), 150, qRgb(40, 50, 60)));
+        QVERIFY(barsAre(20, qRgb(10, 20, 30), 70, qRgb(10, 20, 30)));
+
+        BookFolder repainted;
+        repainted.add(QStringLiteral("harbour.acb"), QStringLiteral("Harbour"),
+                      {bookColor(QStringLiteral("Harbour 100 A"), 200, 20, 30),
+                       bookColor(QStringLiteral("Harbour 101"), 40, 50, 60)});
+        repainted.use();
+        list.setBookInfo(QStringLiteral("Harbour"), 0, -1);
+        QVERIFY(barsAre(20, qRgb(200, 20, 30), 120, qRgb(40, 50, 60)));
+    }
+
     // Books with nothing in them, a huge one, a long name, and a folder that goes away: the tab shows
     // what there is and the user can still pick and accept.
     void badBooks()
