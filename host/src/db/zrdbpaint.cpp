@@ -3,6 +3,7 @@
 
 #include "zrdbpaint.h"
 
+#include "zrcolorpalette.h"
 #include "zrdbdatabasedata.h"
 #include "zrdbdict.h"
 #include "zrdbentity.h"
@@ -507,23 +508,13 @@ bool extentsOf(const ZrDbEntity* entity, QRectF& box, int depth)
     return false;
 }
 
-// The standard index colours: 1 to 9 named, 10 to 249 by hue in steps of 15 degrees with five
-// shades each in full and half saturation, 250 to 255 greys.
+// An index colour as the host's palette has it.
 QColor indexColor(int index)
 {
-    static const QColor named[] = {Qt::black,       Qt::red,  Qt::yellow, Qt::green, Qt::cyan, Qt::blue,
-                                   Qt::magenta,     Qt::white, QColor(128, 128, 128), QColor(192, 192, 192)};
-    if (index >= 0 && index <= 9)
-        return named[index];
-    if (index >= 250 && index <= 255)
-        return QColor::fromRgb(51 + (index - 250) * 41, 51 + (index - 250) * 41, 51 + (index - 250) * 41);
-    if (index < 10 || index > 255)
+    if (index < 0 || index > 255)
         return QColor();
-    const int hue = (index - 10) / 10 * 15;
-    const int shade = (index - 10) % 10;
-    static const double values[] = {1.0, 0.8, 0.6, 0.5, 0.3};
-    const double saturation = shade % 2 ? 0.5 : 1.0;
-    return QColor::fromHsvF(hue / 360.0, saturation, values[shade / 2]);
+    const uint32_t entry = zrHostIndexPalette()[size_t(index)];
+    return QColor(int(entry & 0xFF), int((entry >> 8) & 0xFF), int((entry >> 16) & 0xFF));
 }
 
 } // namespace
