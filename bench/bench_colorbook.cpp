@@ -56,8 +56,6 @@ int main(int argc, char** argv)
 
     std::printf("colour book of %d colours in %d pages (%d elements), median of %d rounds\n", colours,
                 book->pages.length(), elements, rounds);
-    std::printf("  CEdColorBookManager::loadColorData  %8.2f ms\n", medians.ours);
-    std::printf("  QXmlStreamReader counting elements  %8.2f ms\n", medians.baseline);
-    std::printf("  ratio ours / Qt                     %8.2f  (goal: at most 2.00)\n", medians.ours / medians.baseline);
+    zrbench::printMedians(medians, "CEdColorBookManager::loadColorData", "QXmlStreamReader counting elements", 2.0);
     return 0;
 }

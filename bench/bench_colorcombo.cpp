@@ -75,8 +75,6 @@ int main(int argc, char** argv)
 
     std::printf("colour combo box with %d items (10 recent colours), %d fills a round, median of %d rounds\n",
                 texts.size(), kFillsPerRound, rounds);
-    std::printf("  ZrColorComboBox::init                %8.2f ms\n", medians.ours);
-    std::printf("  QComboBox clear + addItem            %8.2f ms\n", medians.baseline);
-    std::printf("  ratio ours / Qt                      %8.2f  (goal: at most 1.50)\n", medians.ours / medians.baseline);
+    zrbench::printMedians(medians, "ZrColorComboBox::init", "QComboBox clear + addItem", 1.5);
     return 0;
 }

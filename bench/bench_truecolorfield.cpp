@@ -49,9 +49,6 @@ int main(int argc, char** argv)
     const zrbench::Medians medians = zrbench::timeInterleaved(rounds, ours, baseline);
     std::printf("hue and saturation field %dx%d, %d paints a round, median of %d rounds\n", size.width(),
                 size.height(), kPaintsPerRound, rounds);
-    std::printf("  ZrHSLPallete paint                   %8.3f ms\n", medians.ours);
-    std::printf("  QPainter::drawImage of its picture   %8.3f ms\n", medians.baseline);
-    std::printf("  ratio ours / Qt                      %8.2f  (goal: at most 1.50)\n",
-                medians.ours / medians.baseline);
+    zrbench::printMedians(medians, "ZrHSLPallete paint", "QPainter::drawImage of its picture", 1.5);
     return 0;
 }

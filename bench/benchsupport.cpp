@@ -69,9 +69,14 @@ void compareDialogs(const BenchApp& app, int defaultRounds, const char* what, co
     const Medians m = timeInterleaved(rounds, ours, baseline);
     qApp->removeEventFilter(&closer);
     std::printf("%s shown and closed, median of %d rounds\n", what, rounds);
-    std::printf("  %-38s %8.3f ms\n", oursName, m.ours);
-    std::printf("  %-38s %8.3f ms\n", baselineName, m.baseline);
-    std::printf("  %-38s %8.2f  (goal: at most %.2f)\n", "ratio ours / Qt", m.ours / m.baseline, goal);
+    printMedians(m, oursName, baselineName, goal);
+}
+
+void printMedians(const Medians& medians, const char* oursName, const char* baselineName, double goal)
+{
+    std::printf("  %-38s %8.3f ms\n", oursName, medians.ours);
+    std::printf("  %-38s %8.3f ms\n", baselineName, medians.baseline);
+    std::printf("  %-38s %8.2f  (goal: at most %.2f)\n", "ratio ours / Qt", medians.ours / medians.baseline, goal);
 }
 
 // Runs before the application object exists, which reads the platform when it is built.

@@ -21,6 +21,9 @@ struct Medians
 Medians timeInterleaved(int rounds, const std::function<double()>& ours, const std::function<double()>& baseline);
 
 
+// Prints the two medians under the names of what was timed, and their ratio beside the goal.
+void printMedians(const Medians& medians, const char* oursName, const char* baselineName, double goal);
+
 // The application of one benchmark run: Qt's offscreen platform unless the caller chose one, Qt's
 // debug lines and the offscreen platform's notes on what it can't do (raise a window, grab the
 // keyboard) kept out of the figures, and the substitute host with a configuration of its own and

@@ -185,6 +185,8 @@ protected:
 private:
     Q_DISABLE_COPY(ZrUiColorResultWidget)
     void restoreOldColor();
+    // Paints `label` in `color`; a missing colour leaves it as it is.
+    void fresh(ZrColorLabel* label, ZrCmColor* color);
 
     struct Private;
     std::unique_ptr<Private> d;

@@ -67,7 +67,6 @@ public:
     void pointToHS(const QPoint& point, int& hue, int& saturation) const;
     int hue() const;
     int saturation() const;
-    QPoint crossPoint() const;
 
     // The picture of the field: the host's image when there is one, else one drawn here, at `size`.
     static QImage fieldImage(const QSize& size);

@@ -477,23 +477,17 @@ void ZrUiColorResultWidget::SetColor(ZrColorLabel* label, int r, int g, int b)
         QStringLiteral("QLabel{ background-color:rgb(%1,%2,%3);  color : gray; }").arg(r).arg(g).arg(b));
 }
 
-void ZrUiColorResultWidget::FreshNewColor()
+void ZrUiColorResultWidget::fresh(ZrColorLabel* label, ZrCmColor* color)
 {
-    if (!d->newColor)
+    if (!color)
         return;
     int r, g, b;
-    getRgb(d->newColor, r, g, b);
-    SetColor(d->newLabel, r, g, b);
+    getRgb(color, r, g, b);
+    SetColor(label, r, g, b);
 }
 
-void ZrUiColorResultWidget::FreshOldColor()
-{
-    if (!d->oldColor)
-        return;
-    int r, g, b;
-    getRgb(d->oldColor, r, g, b);
-    SetColor(d->oldLabel, r, g, b);
-}
+void ZrUiColorResultWidget::FreshNewColor() { fresh(d->newLabel, d->newColor); }
+void ZrUiColorResultWidget::FreshOldColor() { fresh(d->oldLabel, d->oldColor); }
 
 ZrColorLabel* ZrUiColorResultWidget::newColorLabel() const { return d->newLabel; }
 ZrColorLabel* ZrUiColorResultWidget::oldColorLabel() const { return d->oldLabel; }

@@ -208,7 +208,6 @@ void ZrHSLPallete::pointToHS(const QPoint& point, int& hue, int& saturation) con
 
 int ZrHSLPallete::hue() const { return d->hue; }
 int ZrHSLPallete::saturation() const { return d->saturation; }
-QPoint ZrHSLPallete::crossPoint() const { return QPoint(d->crossX, d->crossY); }
 
 void ZrHSLPallete::takePoint(const QPoint& point)
 {
@@ -611,7 +610,7 @@ void ZrTrueColorWnd::init()
 {
     d->line = new ZrColorLineEdit;
     d->line->setObjectName(QStringLiteral("trueColorLineEdit"));
-    d->line->setText(QStringLiteral("%1,%2,%3").arg(255).arg(255).arg(255));
+    d->line->setText(QStringLiteral("255,255,255"));
     auto* lineLabel = new QLabel(zrUiText("CMDSRES_IDD_DIALOG_EATTEDIT3_3", QStringLiteral("颜色(&C):")));
     lineLabel->setBuddy(d->line);
 

@@ -218,7 +218,7 @@ ZrColorComboBox::~ZrColorComboBox() = default;
 
 void ZrColorComboBox::construct(bool reactorBound, const ZrCmColor& color, bool addGiven, bool showText)
 {
-    d->customColors.reserve(8);
+    d->customColors.reserve(kRecentColors);
     if (reactorBound) {
         setObjectName(tr("ZrColorComboBox"));
         setPickFirstInfo(&d->colorInfo);
@@ -364,8 +364,9 @@ int ZrColorComboBox::AddColorItem(int index, ColorData data)
 
 void ZrColorComboBox::insertColorData(int index, const ColorData& data)
 {
-    // Read before the icon is made: the dialog item's own icon sets it.
     const bool chooseItemListed = d->hasChooseItem;
+    if (data.kind == ColorData::kDialogCommand)
+        d->hasChooseItem = true;
     const QIcon& icon = swatchIcon(data);
     const int end = count() + (d->pendingRows ? d->pendingRows->size() : 0);
     const int at = chooseItemListed ? index : end;
@@ -531,8 +532,6 @@ QPixmap ZrColorComboBox::getColorIcon(const ColorData& data)
 
 const QIcon& ZrColorComboBox::swatchIcon(const ColorData& data)
 {
-    if (data.kind == ColorData::kDialogCommand)
-        d->hasChooseItem = true;
     return d->swatch(shapeOf(data, d->words), data.color, d->iconSize);
 }
 
@@ -708,9 +707,8 @@ void ZrColorComboBox::updateData()
     ZrQtBlockSignalUtil stillBlocked(this);
     int row = findData(data.text, Qt::DisplayRole, Qt::MatchCaseSensitive);
     if (row < 0) {
-        AddColorItem(count() - 1, data);
+        row = AddColorItem(count() - 1, data);
         appendCustomInfo(data);
-        row = findData(data.text, Qt::DisplayRole, Qt::MatchCaseSensitive);
     } else if (data.color != d->lastColor) {
         setItemIcon(row, d->swatch(SwatchShape::WhiteFramed, data.color, d->iconSize));
     }

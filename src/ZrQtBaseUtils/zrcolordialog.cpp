@@ -40,14 +40,10 @@ struct ZrColorDialog::Private
     ZrRxObjectPtr object;
     ZrColorTabWidget* tabs = nullptr;
     ZrIndexColorWnd* indexTab = nullptr;
-    ZrColorWidgetBase* trueColorTab = nullptr;
     ZrColorWidgetBase* bookTab = nullptr;
     ZrCmColor newColor;
     ZrCmColor oldColor;
-    QDialogButtonBox* buttons = nullptr;
     QPushButton* ok = nullptr;
-    QPushButton* cancel = nullptr;
-    QPushButton* help = nullptr;
 
     ZrColorWidgetBase* currentTab() const { return qobject_cast<ZrColorWidgetBase*>(tabs->currentWidget()); }
 };
@@ -59,20 +55,19 @@ ZrColorDialog::ZrColorDialog(QWidget* parent, Qt::WindowFlags flags) : QDialog(p
     d->tabs = new ZrColorTabWidget(this);
     d->tabs->tabBar()->installEventFilter(this);
 
-    d->buttons = new QDialogButtonBox(this);
-    d->ok = d->buttons->addButton(zrUiText("IDS_STRING180", QStringLiteral("确定")), QDialogButtonBox::YesRole);
-    d->cancel = d->buttons->addButton(zrUiText("IDS_STRING181", QStringLiteral("取消")), QDialogButtonBox::NoRole);
-    d->help = d->buttons->addButton(zrUiText("IDS_ZRAPP_NAVICUBE_PROMPT4", QStringLiteral("帮助")),
-                                    QDialogButtonBox::HelpRole);
+    auto* buttons = new QDialogButtonBox(this);
+    d->ok = buttons->addButton(zrUiText("IDS_STRING180", QStringLiteral("确定")), QDialogButtonBox::YesRole);
+    buttons->addButton(zrUiText("IDS_STRING181", QStringLiteral("取消")), QDialogButtonBox::NoRole);
+    buttons->addButton(zrUiText("IDS_ZRAPP_NAVICUBE_PROMPT4", QStringLiteral("帮助")), QDialogButtonBox::HelpRole);
     d->ok->setDefault(true);
     d->ok->setFocus();
-    connect(d->buttons, &QDialogButtonBox::accepted, this, &ZrColorDialog::accept);
-    connect(d->buttons, &QDialogButtonBox::rejected, this, &ZrColorDialog::reject);
-    connect(d->buttons, &QDialogButtonBox::helpRequested, this, &ZrColorDialog::slot_help_button_clicked);
+    connect(buttons, &QDialogButtonBox::accepted, this, &ZrColorDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &ZrColorDialog::reject);
+    connect(buttons, &QDialogButtonBox::helpRequested, this, &ZrColorDialog::slot_help_button_clicked);
 
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(d->tabs);
-    layout->addWidget(d->buttons);
+    layout->addWidget(buttons);
 }
 
 ZrColorDialog::~ZrColorDialog() = default;
@@ -98,7 +93,6 @@ void ZrColorDialog::initializeData(ZrJsonPtr param, ZrRxObjectPtr object)
     if (tabBits & kTrueColorTab) {
         auto* trueColorTab = new ZrTrueColorWnd(this);
         trueColorTab->initializeData(&d->newColor, &d->oldColor);
-        d->trueColorTab = trueColorTab;
         d->tabs->addTab(trueColorTab, zrUiText("IDS_ZRED_UICOLORSHEET_PROMPT3", QStringLiteral("   真彩色   ")));
     }
     if (tabBits & kColorBookTab) {

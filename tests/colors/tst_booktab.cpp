@@ -4,6 +4,7 @@
 
 #include "colorbooktesthelpers.h"
 #include "colordialogrunner.h"
+#include "colortabactions.h"
 #include "zrtesthost.h"
 #include "zrtestmain.h"
 
@@ -23,6 +24,7 @@
 
 namespace {
 
+using ColorTabTest::clickOk;
 using ColorTest::BookFolder;
 using ColorTest::bookColor;
 using ColorTest::dialogChild;
@@ -54,25 +56,7 @@ void chooseBook(QWidget* dialog, const QString& name)
     Q_EMIT combo->activated(index);
 }
 
-void typeName(QWidget* dialog, const QString& text)
-{
-    auto* line = dialogChild<QLineEdit>(dialog, "bookColorLineEdit");
-    line->setFocus(Qt::MouseFocusReason);
-    line->selectAll();
-    QTest::keyClick(line, Qt::Key_Backspace);
-    QTest::keyClicks(line, text);
-}
-
-void clickOk(QWidget* dialog)
-{
-    for (QPushButton* button : dialog->findChildren<QPushButton*>()) {
-        if (button->text() == QStringLiteral("确定")) {
-            QTest::mouseClick(button, Qt::LeftButton);
-            return;
-        }
-    }
-    QFAIL("no OK button");
-}
+void typeName(QWidget* dialog, const QString& text) { ColorTabTest::retype(dialogChild(dialog, "bookColorLineEdit"), text); }
 
 QString text(const ZrJsonPtr& param, const char* key) { return param->GetVarS(key).toQString(); }
 uint rgbOf(const ZrJsonPtr& param) { return uint(param->GetVarI("rgb", -1)); }

@@ -2,6 +2,8 @@
 // the flat and the two-menu buttons under the mouse, the status images in both themes and the
 // gradient preview as it is painted.
 
+#include "colordialogrunner.h"
+#include "colortabactions.h"
 #include "zrtesthost.h"
 #include "zrtestmain.h"
 
@@ -54,23 +56,12 @@ QString describe(const QColor& a, const QColor& b)
 
 QColor pixel(QWidget* widget, int x, int y) { return widget->grab().toImage().pixelColor(x, y); }
 
-QPushButton* buttonWithText(QWidget* dialog, const QString& text)
-{
-    for (QPushButton* b : dialog->findChildren<QPushButton*>()) {
-        if (b->text() == text)
-            return b;
-    }
-    qFatal("the dialog has no button %s", qPrintable(text));
-}
+using ColorTabTest::clickOk;
 
 // Types `text` over the index tab's colour line.
 void typeColor(QWidget* dialog, const QString& text)
 {
-    auto* line = dialog->findChild<QLineEdit*>(QStringLiteral("colorLineEdit"));
-    QVERIFY(line);
-    line->setFocus(Qt::MouseFocusReason);
-    line->selectAll();
-    QTest::keyClicks(line, text);
+    ColorTabTest::retype(ColorTest::dialogChild(dialog, "colorLineEdit"), text);
 }
 
 // Runs `action` on the popup menu once it is up; a menu runs its own event loop, like a dialog.
@@ -139,7 +130,7 @@ private Q_SLOTS:
             if (auto* byBlock = dialog->findChild<QPushButton*>(QStringLiteral("btnByBlock")))
                 byBlockEnabled = byBlock->isEnabled();
             typeColor(dialog, QStringLiteral("30"));
-            QTest::mouseClick(buttonWithText(dialog, QStringLiteral("确定")), Qt::LeftButton);
+            clickOk(dialog);
         });
         QTest::mouseClick(widget.innerButton(), Qt::LeftButton);
         QCOMPARE(shown, ZrColorLineEdit::getColorText(indexColor(5)));
@@ -170,7 +161,7 @@ private Q_SLOTS:
         ZrTest::whenModalShown([way](QWidget* dialog) {
             typeColor(dialog, QStringLiteral("40"));
             if (way == 0)
-                QTest::mouseClick(buttonWithText(dialog, QStringLiteral("取消")), Qt::LeftButton);
+                QTest::mouseClick(ColorTest::dialogButton(dialog, QStringLiteral("取消")), Qt::LeftButton);
             else if (way == 1)
                 QTest::keyClick(dialog, Qt::Key_Escape);
             else
@@ -195,7 +186,7 @@ private Q_SLOTS:
         ZrTest::whenModalShown([&opened](QWidget* dialog) {
             ++opened;
             typeColor(dialog, QStringLiteral("50"));
-            QTest::mouseClick(buttonWithText(dialog, QStringLiteral("确定")), Qt::LeftButton);
+            clickOk(dialog);
         });
         QTest::mouseDClick(&widget, Qt::RightButton, Qt::NoModifier, QPoint(10, 12));
         QCOMPARE(opened, 0);

@@ -4,6 +4,8 @@
 #include "zrtesthost.h"
 #include "zrtestmain.h"
 
+#include "colordialogrunner.h"
+
 #include "qt_common_ui.h"
 #include "uicolorindextab.h"
 #include "uicolorwidgets.h"
@@ -22,13 +24,10 @@
 
 namespace {
 
-struct Outcome
-{
-    int result = -99;
-    ZrJsonPtr param;
-    // The user's actions ended with the dialog still open; the runner then cancelled it.
-    bool leftOpen = false;
-};
+using ColorTest::dialogButton;
+using ColorTest::dialogChild;
+using ColorTest::runColorDialog;
+using Outcome = ColorTest::DialogOutcome;
 
 ZrJsonPtr parseParam(const QString& json)
 {
@@ -39,57 +38,21 @@ ZrJsonPtr parseParam(const QString& json)
 
 QByteArray jsonOf(const ZrJsonPtr& param) { return QByteArray::fromStdString(param->toJson().std()); }
 
-// Runs "ColorDialog" as a host module does and lets `user` act on it once it is up. A dialog the user
-// leaves open is cancelled, so that a failed check inside `user` cannot hang the suite.
-Outcome runDialog(ZrJsonPtr param, std::function<void(ZrColorDialog*)> user, ZrRxObjectPtr helper = ZrRxObjectPtr())
-{
-    Outcome out;
-    ZrTest::whenModalShown([&out, user](QWidget* modal) {
-        auto* dialog = qobject_cast<ZrColorDialog*>(modal);
-        QVERIFY2(dialog, qPrintable(modal->objectName()));
-        user(dialog);
-        if (dialog->isVisible()) {
-            out.leftOpen = true;
-            dialog->reject();
-        }
-    });
-    ZrJsonPtr result = zruiShowModelDialogEx(48, ZrString(L"ColorDialog"), param, helper, nullptr);
-    out.result = result ? result->GetVarI("result", -99) : -99;
-    out.param = param;
-    return out;
-}
+// The parameter most cases start from: index tab only, colour 3.
+const QString kIndex3 = QStringLiteral(R"({"tabs":1,"method":195,"index":3})");
 
-Outcome runDialog(const char* json, std::function<void(ZrColorDialog*)> user)
-{
-    return runDialog(parseParam(QString::fromUtf8(json)), user);
-}
-
-// A missing widget ends the run at once, naming it, rather than failing later on a null pointer.
-template <class T = QWidget>
-T* child(QWidget* dialog, const char* name)
-{
-    T* found = dialog->findChild<T*>(QLatin1String(name));
-    if (!found)
-        qFatal("the dialog has no %s", name);
-    return found;
-}
-
-QPushButton* button(QWidget* dialog, const QString& text)
-{
-    for (QPushButton* b : dialog->findChildren<QPushButton*>()) {
-        if (b->text() == text)
-            return b;
-    }
-    qFatal("the dialog has no button %s", qPrintable(text));
-}
-
-QLineEdit* colorLine(QWidget* dialog) { return child<QLineEdit>(dialog, "colorLineEdit"); }
+QLineEdit* colorLine(QWidget* dialog) { return dialogChild<QLineEdit>(dialog, "colorLineEdit"); }
 
 // Cells are 12 pixels with a pitch of 14 on the two large grids, 17 with a pitch of 19 on the small
 // ones; the first cell starts 2 pixels in. These are the centres of the cells named.
 const QPoint kUpperRow0Col1(22, 8);    // index 28
 const QPoint kUpperRow4Col0(8, 64);    // index 10
 const QPoint kStandardCol4(86, 10);    // index 5
+
+void clickCell(QWidget* dialog, const char* grid, QPoint centre)
+{
+    QTest::mouseClick(dialogChild(dialog, grid), Qt::LeftButton, Qt::NoModifier, centre);
+}
 
 // Replaces the line's text as a user does: focus, select all, type.
 void typeColor(QWidget* dialog, const QString& text)
@@ -164,14 +127,12 @@ private Q_SLOTS:
     {
         ZrRxObjectPtr helper(new ZrRxObjectImpl<NotedHelper>(), kZrAttach);
         QString shown;
-        const Outcome out = runDialog(parseParam(QStringLiteral(R"({"tabs":1,"method":195,"index":3})")),
-                                      [&shown](ZrColorDialog* dialog) {
-                                          QTest::mouseClick(child(dialog, "ZrPaleteWnd_upper"), Qt::LeftButton,
-                                                            Qt::NoModifier, kUpperRow0Col1);
-                                          shown = colorLine(dialog)->text();
-                                          QTest::mouseClick(button(dialog, QStringLiteral("确定")), Qt::LeftButton);
-                                      },
-                                      helper);
+        const auto user = [&shown](ZrColorDialog* dialog) {
+            clickCell(dialog, "ZrPaleteWnd_upper", kUpperRow0Col1);
+            shown = colorLine(dialog)->text();
+            QTest::mouseClick(dialogButton(dialog, QStringLiteral("确定")), Qt::LeftButton);
+        };
+        const Outcome out = runColorDialog(parseParam(kIndex3), user, helper);
         QCOMPARE(shown, QStringLiteral("28"));
         QCOMPARE(out.result, 1);
         QCOMPARE(methodOf(out.param), 195);
@@ -191,22 +152,19 @@ private Q_SLOTS:
     void cancelEscAndCloseLeaveTheParameterAsItWas()
     {
         QFETCH(int, way);
-        const ZrJsonPtr param = parseParam(QStringLiteral(R"({"tabs":1,"method":195,"index":3})"));
+        const ZrJsonPtr param = parseParam(kIndex3);
         const QByteArray before = jsonOf(param);
         ZrRxObjectPtr helper(new ZrRxObjectImpl<NotedHelper>(), kZrAttach);
-        const Outcome out = runDialog(param,
-                                      [way](ZrColorDialog* dialog) {
-                                          QTest::mouseClick(child(dialog, "ZrPaleteWnd_upper"), Qt::LeftButton,
-                                                            Qt::NoModifier, kUpperRow4Col0);
-                                          if (way == 0)
-                                              QTest::mouseClick(button(dialog, QStringLiteral("取消")),
-                                                                Qt::LeftButton);
-                                          else if (way == 1)
-                                              QTest::keyClick(dialog, Qt::Key_Escape);
-                                          else
-                                              dialog->close();
-                                      },
-                                      helper);
+        const auto user = [way](ZrColorDialog* dialog) {
+            clickCell(dialog, "ZrPaleteWnd_upper", kUpperRow4Col0);
+            if (way == 0)
+                QTest::mouseClick(dialogButton(dialog, QStringLiteral("取消")), Qt::LeftButton);
+            else if (way == 1)
+                QTest::keyClick(dialog, Qt::Key_Escape);
+            else
+                dialog->close();
+        };
+        const Outcome out = runColorDialog(param, user, helper);
         QVERIFY(!out.leftOpen);
         QCOMPARE(out.result, 2);
         QCOMPARE(jsonOf(out.param), before);
@@ -219,18 +177,17 @@ private Q_SLOTS:
         QTest::addColumn<QString>("typed");
         QTest::addColumn<int>("method");
         QTest::addColumn<int>("index");
-        const QString plain = QStringLiteral(R"({"tabs":1,"method":195,"index":3})");
         const QString buttonsOff =
             QStringLiteral(R"({"tabs":1,"method":195,"index":3,"isByLayerEnable":false,"isByBLockEnable":false})");
-        QTest::newRow("RED") << plain << "RED" << 195 << 1;
-        QTest::newRow("红") << plain << "红" << 195 << 1;
-        QTest::newRow("Magenta") << plain << "Magenta" << 195 << 6;
-        QTest::newRow("白") << plain << "白" << 195 << 7;
-        QTest::newRow("number") << plain << "12" << 195 << 12;
-        QTest::newRow("255") << plain << "255" << 195 << 255;
+        QTest::newRow("RED") << kIndex3 << "RED" << 195 << 1;
+        QTest::newRow("红") << kIndex3 << "红" << 195 << 1;
+        QTest::newRow("Magenta") << kIndex3 << "Magenta" << 195 << 6;
+        QTest::newRow("白") << kIndex3 << "白" << 195 << 7;
+        QTest::newRow("number") << kIndex3 << "12" << 195 << 12;
+        QTest::newRow("255") << kIndex3 << "255" << 195 << 255;
         QTest::newRow("256 with ByLayer off") << buttonsOff << "256" << 192 << 256;
         QTest::newRow("0 with ByBlock off") << buttonsOff << "0" << 193 << 0;
-        QTest::newRow("bylayer while enabled") << plain << "bylayer" << 192 << 256;
+        QTest::newRow("bylayer while enabled") << kIndex3 << "bylayer" << 192 << 256;
         QTest::newRow("BYBLOCK allowed")
             << QStringLiteral(R"({"tabs":1,"method":195,"index":3,"isByBLockEnable":true})") << "BYBLOCK" << 193 << 0;
     }
@@ -244,7 +201,7 @@ private Q_SLOTS:
         QFETCH(int, index);
         // A refusal would be answered at once and fail the check of the log below, not hang the run.
         ZrHostControl::pushMessageBoxAnswer(1);
-        const Outcome out = runDialog(parseParam(param), [&typed](ZrColorDialog* dialog) {
+        const Outcome out = runColorDialog(param, [&typed](ZrColorDialog* dialog) {
             typeColor(dialog, typed);
             QTest::keyClick(colorLine(dialog), Qt::Key_Return);
         });
@@ -261,12 +218,11 @@ private Q_SLOTS:
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("lineAfter");
         QTest::addColumn<bool>("byDoubleClick");
-        const QString plain = QStringLiteral(R"({"tabs":1,"method":195,"index":3})");
-        QTest::newRow("RGB:1,2") << plain << "RGB:1,2" << "RGB:1,2" << false;
-        QTest::newRow("300") << plain << "300" << "300" << false;
-        QTest::newRow("257") << plain << "257" << "257" << false;
-        QTest::newRow("-1") << plain << "-1" << "-1" << false;
-        QTest::newRow("empty") << plain << "" << "" << false;
+        QTest::newRow("RGB:1,2") << kIndex3 << "RGB:1,2" << "RGB:1,2" << false;
+        QTest::newRow("300") << kIndex3 << "300" << "300" << false;
+        QTest::newRow("257") << kIndex3 << "257" << "257" << false;
+        QTest::newRow("-1") << kIndex3 << "-1" << "-1" << false;
+        QTest::newRow("empty") << kIndex3 << "" << "" << false;
         // Refused while its button is off; the line shows the colour again.
         QTest::newRow("BYLAYER, ByLayer off")
             << QStringLiteral(R"({"tabs":1,"method":195,"index":3,"isByLayerEnable":false})") << "BYLAYER" << "绿"
@@ -274,7 +230,7 @@ private Q_SLOTS:
         // The double click leaves the focus in the line, so the edit is not finished and the word is
         // not taken there; the tab then counts the missing key as off, although the button is on.
         QTest::newRow("BYBLOCK, key missing")
-            << plain << "BYBLOCK" << "绿" << true;
+            << kIndex3 << "BYBLOCK" << "绿" << true;
     }
 
     void badTextKeepsTheDialogOpenWithTheMessage()
@@ -287,12 +243,12 @@ private Q_SLOTS:
         const ZrJsonPtr in = parseParam(param);
         const QByteArray before = jsonOf(in);
         QString line;
-        const Outcome out = runDialog(in, [&](ZrColorDialog* dialog) {
+        const Outcome out = runColorDialog(in, [&](ZrColorDialog* dialog) {
             typeColor(dialog, typed);
             if (byDoubleClick)
-                QTest::mouseDClick(child(dialog, "newColorLabel"), Qt::LeftButton);
+                QTest::mouseDClick(dialogChild(dialog, "newColorLabel"), Qt::LeftButton);
             else
-                QTest::mouseClick(button(dialog, QStringLiteral("确定")), Qt::LeftButton);
+                QTest::mouseClick(dialogButton(dialog, QStringLiteral("确定")), Qt::LeftButton);
             line = colorLine(dialog)->text();
         });
         QVERIFY(out.leftOpen);
@@ -307,13 +263,13 @@ private Q_SLOTS:
     // The message really comes up over the dialog; once it is closed the user can put the text right.
     void userCorrectsTheTextAfterTheMessage()
     {
-        const Outcome out = runDialog(R"({"tabs":1,"method":195,"index":3})", [](ZrColorDialog* dialog) {
+        const Outcome out = runColorDialog(kIndex3, [](ZrColorDialog* dialog) {
             ZrTest::whenModalShown([](QWidget* box) { QTest::keyClick(box, Qt::Key_Escape); }, dialog);
             typeColor(dialog, QStringLiteral("RGB:1,2"));
-            QTest::mouseClick(button(dialog, QStringLiteral("确定")), Qt::LeftButton);
+            QTest::mouseClick(dialogButton(dialog, QStringLiteral("确定")), Qt::LeftButton);
             QVERIFY(dialog->isVisible());
             typeColor(dialog, QStringLiteral("40"));
-            QTest::mouseClick(button(dialog, QStringLiteral("确定")), Qt::LeftButton);
+            QTest::mouseClick(dialogButton(dialog, QStringLiteral("确定")), Qt::LeftButton);
         });
         QVERIFY(!out.leftOpen);
         QCOMPARE(out.result, 1);
@@ -335,8 +291,8 @@ private Q_SLOTS:
         QFETCH(QString, param);
         ZrHostControl::pushMessageBoxAnswer(1);
         const ZrCmColor given = JsonToZrCmColor(parseParam(param));
-        const Outcome out = runDialog(parseParam(param), [](ZrColorDialog* dialog) {
-            QTest::mouseClick(button(dialog, QStringLiteral("确定")), Qt::LeftButton);
+        const Outcome out = runColorDialog(param, [](ZrColorDialog* dialog) {
+            QTest::mouseClick(dialogButton(dialog, QStringLiteral("确定")), Qt::LeftButton);
         });
         QCOMPARE(out.result, 1);
         const ZrCmColor back = JsonToZrCmColor(out.param);
@@ -396,7 +352,7 @@ private Q_SLOTS:
         int shownCount = -1;
         bool indexTab = false;
         QString title;
-        runDialog(parseParam(param), [&](ZrColorDialog* dialog) {
+        runColorDialog(param, [&](ZrColorDialog* dialog) {
             shownCount = dialog->tabWidget()->count();
             indexTab = qobject_cast<ZrIndexColorWnd*>(dialog->tabWidget()->widget(0));
             title = dialog->tabWidget()->tabText(0);
@@ -411,7 +367,7 @@ private Q_SLOTS:
     {
         QString line;
         int marked = 0;
-        runDialog(R"({"tabs":1,"method":194,"rgb":197121})", [&](ZrColorDialog* dialog) {
+        runColorDialog(R"({"tabs":1,"method":194,"rgb":197121})", [&](ZrColorDialog* dialog) {
             line = colorLine(dialog)->text();
             for (ZrPaleteWnd* grid : dialog->findChildren<ZrPaleteWnd*>())
                 marked += grid->selectedAci() != -1;
@@ -435,22 +391,21 @@ private Q_SLOTS:
     {
         QFETCH(int, tabs);
         QFETCH(int, result);
-        const Outcome out = runDialog(parseParam(QStringLiteral(R"({"tabs":%1,"method":195,"index":3})").arg(tabs)),
-                                      [](ZrColorDialog* dialog) {
-                                          button(dialog, QStringLiteral("取消"))->setFocus(Qt::TabFocusReason);
-                                          QTest::mouseClick(child(dialog, "ZrPaleteWnd_standard"), Qt::LeftButton,
-                                                            Qt::NoModifier, kStandardCol4);
-                                          QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-                                      });
+        const QString param = QStringLiteral(R"({"tabs":%1,"method":195,"index":3})").arg(tabs);
+        const Outcome out = runColorDialog(param, [](ZrColorDialog* dialog) {
+            dialogButton(dialog, QStringLiteral("取消"))->setFocus(Qt::TabFocusReason);
+            clickCell(dialog, "ZrPaleteWnd_standard", kStandardCol4);
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        });
         QCOMPARE(out.result, result);
         QCOMPARE(indexOf(out.param), result == 1 ? 5 : 3);
     }
 
     void doubleClickOnTheNewColourAccepts()
     {
-        const Outcome out = runDialog(R"({"tabs":1,"method":195,"index":3})", [](ZrColorDialog* dialog) {
-            QTest::mouseClick(child(dialog, "ZrPaleteWnd_standard"), Qt::LeftButton, Qt::NoModifier, kStandardCol4);
-            QTest::mouseDClick(child(dialog, "newColorLabel"), Qt::LeftButton);
+        const Outcome out = runColorDialog(kIndex3, [](ZrColorDialog* dialog) {
+            clickCell(dialog, "ZrPaleteWnd_standard", kStandardCol4);
+            QTest::mouseDClick(dialogChild(dialog, "newColorLabel"), Qt::LeftButton);
         });
         QVERIFY(!out.leftOpen);
         QCOMPARE(out.result, 1);
@@ -459,9 +414,9 @@ private Q_SLOTS:
 
     void doubleClickOnAGridCellAccepts()
     {
-        const Outcome out = runDialog(R"({"tabs":1,"method":195,"index":3})", [](ZrColorDialog* dialog) {
+        const Outcome out = runColorDialog(kIndex3, [](ZrColorDialog* dialog) {
             // A user's double click: the first click chooses the cell, the second takes it.
-            QWidget* upper = child(dialog, "ZrPaleteWnd_upper");
+            QWidget* upper = dialogChild(dialog, "ZrPaleteWnd_upper");
             QTest::mouseClick(upper, Qt::LeftButton, Qt::NoModifier, kUpperRow0Col1);
             QTest::mouseDClick(upper, Qt::LeftButton, Qt::NoModifier, kUpperRow0Col1);
         });
@@ -474,9 +429,9 @@ private Q_SLOTS:
     void doubleClickOnTheNewColourWithABadTextStaysOpen()
     {
         ZrHostControl::pushMessageBoxAnswer(1);
-        const Outcome out = runDialog(R"({"tabs":1,"method":195,"index":3})", [](ZrColorDialog* dialog) {
+        const Outcome out = runColorDialog(kIndex3, [](ZrColorDialog* dialog) {
             typeColor(dialog, QStringLiteral("nonsense"));
-            QTest::mouseDClick(child(dialog, "newColorLabel"), Qt::LeftButton);
+            QTest::mouseDClick(dialogChild(dialog, "newColorLabel"), Qt::LeftButton);
         });
         QVERIFY(out.leftOpen);
         QCOMPARE(out.result, 2);
@@ -488,14 +443,14 @@ private Q_SLOTS:
         QString line;
         int standardMark = -2;
         int upperMark = -2;
-        const Outcome out = runDialog(R"({"tabs":1,"method":195,"index":3})", [&](ZrColorDialog* dialog) {
-            QTest::mouseClick(child(dialog, "ZrPaleteWnd_upper"), Qt::LeftButton, Qt::NoModifier, kUpperRow0Col1);
-            QTest::mouseDClick(child(dialog, "oldColorLabel"), Qt::LeftButton);
+        const Outcome out = runColorDialog(kIndex3, [&](ZrColorDialog* dialog) {
+            clickCell(dialog, "ZrPaleteWnd_upper", kUpperRow0Col1);
+            QTest::mouseDClick(dialogChild(dialog, "oldColorLabel"), Qt::LeftButton);
             line = colorLine(dialog)->text();
-            standardMark = child<ZrPaleteWnd>(dialog, "ZrPaleteWnd_standard")->selectedAci();
-            upperMark = child<ZrPaleteWnd>(dialog, "ZrPaleteWnd_upper")->selectedAci();
+            standardMark = dialogChild<ZrPaleteWnd>(dialog, "ZrPaleteWnd_standard")->selectedAci();
+            upperMark = dialogChild<ZrPaleteWnd>(dialog, "ZrPaleteWnd_upper")->selectedAci();
             if (dialog->isVisible())
-                QTest::mouseClick(button(dialog, QStringLiteral("确定")), Qt::LeftButton);
+                QTest::mouseClick(dialogButton(dialog, QStringLiteral("确定")), Qt::LeftButton);
         });
         QVERIFY(!out.leftOpen);
         QCOMPARE(line, QStringLiteral("绿"));
@@ -524,7 +479,7 @@ private Q_SLOTS:
         ZrHostControl::pushMessageBoxAnswer(1);
         int tab = -1;
         QString lineBack;
-        const Outcome out = runDialog(R"({"tabs":1,"method":195,"index":3})", [&](ZrColorDialog* dialog) {
+        const Outcome out = runColorDialog(kIndex3, [&](ZrColorDialog* dialog) {
             ZrColorTabWidget* tabs = dialog->tabWidget();
             tabs->addTab(new QWidget, QStringLiteral("other"));
             typeColor(dialog, typed);
@@ -543,8 +498,8 @@ private Q_SLOTS:
 
     void helpOpensTheColourTopic()
     {
-        runDialog(R"({"tabs":1})", [](ZrColorDialog* dialog) {
-            QTest::mouseClick(button(dialog, QStringLiteral("帮助")), Qt::LeftButton);
+        runColorDialog(R"({"tabs":1})", [](ZrColorDialog* dialog) {
+            QTest::mouseClick(dialogButton(dialog, QStringLiteral("帮助")), Qt::LeftButton);
             QTest::keyClick(dialog, Qt::Key_Escape);
         });
         QCOMPARE(ZrHostControl::helpTopics(), QStringList{QStringLiteral("ZRAPP_ZRR/ZRAPP_ZRR/ZRR_COLOR")});

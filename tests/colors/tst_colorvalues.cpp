@@ -2,6 +2,7 @@
 // colour of any colour, and the HSL conversions.
 
 #include "colorbooktesthelpers.h"
+#include "colordialogrunner.h"
 #include "drawingtesthelpers.h"
 #include "zrtesthost.h"
 #include "zrtestmain.h"
@@ -14,14 +15,6 @@
 using namespace ColorTest;
 
 namespace {
-
-ZrCmColor indexColor(int index)
-{
-    ZrCmColor color;
-    color.setColorMethod(ZrCmEntityColor::kByACI);
-    color.setColorIndex(uint16_t(index));
-    return color;
-}
 
 ZrCmColor trueColor(int red, int green, int blue, const wchar_t* colorName = nullptr, const wchar_t* bookName = nullptr)
 {
@@ -123,7 +116,7 @@ private Q_SLOTS:
         QFETCH(int, index);
         QFETCH(QString, text);
         QFETCH(bool, paletteSwatch);
-        const ColorData data = formatColor(indexColor(index), nullptr, ZrDbObjectId::kNull);
+        const ColorData data = formatColor(indexColor(index));
         QCOMPARE(data.text, text);
         QCOMPARE(data.kind, 0);
         QCOMPARE(data.color, paletteSwatch ? entryColor(zrsiutCurPalette(), index) : QColor(Qt::white));
@@ -134,16 +127,16 @@ private Q_SLOTS:
     {
         ZrHostControl::setDrawingBackgroundDark(false);
         QCOMPARE(zrsiutCurPalette()[7], 0u);
-        ColorData data = formatColor(indexColor(7), nullptr, ZrDbObjectId::kNull);
+        ColorData data = formatColor(indexColor(7));
         QCOMPARE(data.text, QStringLiteral("黑"));
         QCOMPARE(data.color, QColor(Qt::black));
-        QCOMPARE(formatColor(methodColor(ZrCmEntityColor::kNone), nullptr, ZrDbObjectId::kNull).color, QColor(Qt::black));
+        QCOMPARE(formatColor(methodColor(ZrCmEntityColor::kNone)).color, QColor(Qt::black));
         QCOMPARE(rgbOf(methodColor(ZrCmEntityColor::kByBlock)), QColor(Qt::black));
         // A palette given by the caller wins over the drawing's.
-        QCOMPARE(formatColor(indexColor(7), zrcmAcadPalette(0), ZrDbObjectId::kNull).text, QStringLiteral("白"));
+        QCOMPARE(formatColor(indexColor(7), zrcmAcadPalette(0)).text, QStringLiteral("白"));
 
         ZrHostControl::setDrawingBackgroundDark(true);
-        data = formatColor(methodColor(ZrCmEntityColor::kNone), nullptr, ZrDbObjectId::kNull);
+        data = formatColor(methodColor(ZrCmEntityColor::kNone));
         QCOMPARE(data.text, QStringLiteral("无"));
         QCOMPARE(data.color, QColor(Qt::white));
         QCOMPARE(rgbOf(methodColor(ZrCmEntityColor::kByBlock)), QColor(Qt::white));
@@ -151,13 +144,13 @@ private Q_SLOTS:
 
     void trueAndBookColourItems()
     {
-        ColorData data = formatColor(trueColor(1, 2, 3), nullptr, ZrDbObjectId::kNull);
+        ColorData data = formatColor(trueColor(1, 2, 3));
         QCOMPARE(data.text, QStringLiteral("RGB:1,2,3"));
         QCOMPARE(data.color, QColor(1, 2, 3));
-        QCOMPARE(formatColor(trueColor(1, 2, 3, L"ZR 7 Test", L"Values"), nullptr, ZrDbObjectId::kNull).text,
+        QCOMPARE(formatColor(trueColor(1, 2, 3, L"ZR 7 Test", L"Values")).text,
                  QStringLiteral("ZR 7 Test"));
         // A book name alone still makes a book colour, whose name is empty.
-        data = formatColor(trueColor(1, 2, 3, nullptr, L"Values"), nullptr, ZrDbObjectId::kNull);
+        data = formatColor(trueColor(1, 2, 3, nullptr, L"Values"));
         QCOMPARE(data.text, QString());
         QCOMPARE(data.color, QColor(1, 2, 3));
     }
@@ -171,12 +164,12 @@ private Q_SLOTS:
         const ZrCmColor byBlock = methodColor(ZrCmEntityColor::kByBlock);
 
         // Without a layer: the current layer's colour, and the foreground for ByBlock.
-        ColorData data = formatColor(byLayer, nullptr, ZrDbObjectId::kNull);
+        ColorData data = formatColor(byLayer);
         QCOMPARE(data.kind, int(ColorData::kByLayerItem));
         QCOMPARE(data.text, QStringLiteral("ByLayer"));
         QCOMPARE(data.color, entryColor(zrsiutCurPalette(), 3));
         QCOMPARE(rgbOf(byLayer), entryColor(zrsiutCurPalette(), 3));
-        data = formatColor(byBlock, nullptr, ZrDbObjectId::kNull);
+        data = formatColor(byBlock);
         QCOMPARE(data.kind, int(ColorData::kByBlockItem));
         QCOMPARE(data.text, QStringLiteral("ByBlock"));
         QCOMPARE(data.color, entryColor(zrsiutCurPalette(), 7));
@@ -186,7 +179,7 @@ private Q_SLOTS:
         QVERIFY(!formatColor(byBlock, nullptr, layer).color.isValid());
 
         setLayerColor(curDatabase()->clayer(), trueColor(40, 50, 60));
-        QCOMPARE(formatColor(byLayer, nullptr, ZrDbObjectId::kNull).color, QColor(40, 50, 60));
+        QCOMPARE(formatColor(byLayer).color, QColor(40, 50, 60));
         // The swatch of a ByLayer colour knows only index colours of the current layer.
         QCOMPARE(rgbOf(byLayer), QColor(Qt::white));
     }

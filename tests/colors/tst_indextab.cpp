@@ -4,6 +4,8 @@
 #include "zrtesthost.h"
 #include "zrtestmain.h"
 
+#include "colordialogrunner.h"
+
 #include "uicolorindextab.h"
 #include "uicolorwidgets.h"
 
@@ -15,6 +17,8 @@
 #include <memory>
 
 namespace {
+
+using ColorTest::indexColor;
 
 struct Shape
 {
@@ -36,14 +40,6 @@ QPoint centreOf(const Shape& shape, int row, int column)
     return QPoint(column * pitch + 2 + shape.cellSize / 2, row * pitch + 2 + shape.cellSize / 2);
 }
 
-ZrCmColor indexColor(int index)
-{
-    ZrCmColor color;
-    color.setColorMethod(ZrCmEntityColor::kByACI);
-    color.setColorIndex(uint16_t(index));
-    return color;
-}
-
 QColor displayColor(int index)
 {
     const uint32_t word = zrcmDispPalette(0xFF30281E)[index];
@@ -53,7 +49,7 @@ QColor displayColor(int index)
 // The tab in a dialog of its own, shown and active, on the dialog's two colours.
 struct TabWindow
 {
-    explicit TabWindow(const char* json, ZrCmColor start = indexColor(3)) : newColor(start), oldColor(start)
+    explicit TabWindow(const QString& json, ZrCmColor start = indexColor(3)) : newColor(start), oldColor(start)
     {
         tab = new ZrIndexColorWnd(&dialog, &dialog);
         (new QVBoxLayout(&dialog))->addWidget(tab);
@@ -65,13 +61,7 @@ struct TabWindow
     }
 
     template <class T = QWidget>
-    T* child(const char* name) const
-    {
-        T* found = dialog.findChild<T*>(QLatin1String(name));
-        if (!found)
-            qFatal("the tab has no %s", name);
-        return found;
-    }
+    T* child(const char* name) const { return ColorTest::dialogChild<T>(&dialog, name); }
     ZrPaleteWnd* grid(int type) const
     {
         static const char* const names[] = {"ZrPaleteWnd_upper", "ZrPaleteWnd_lower", "ZrPaleteWnd_standard",
@@ -302,7 +292,7 @@ private Q_SLOTS:
         QFETCH(int, key);
         QFETCH(QString, button);
         QFETCH(int, method);
-        TabWindow w(param.toUtf8().constData());
+        TabWindow w(param);
         w.click(ZrPaleteWnd::kUpper, 0, 1);
         if (key)
             QTest::keyClick(w.grid(ZrPaleteWnd::kUpper), Qt::Key(key));
@@ -346,7 +336,7 @@ private Q_SLOTS:
         QFETCH(QString, param);
         QFETCH(int, method);
         QFETCH(QString, line);
-        TabWindow w(param.toUtf8().constData());
+        TabWindow w(param);
         ZrColorLineEdit* edit = w.tab->getColorLineEdit();
         edit->setFocus();
         edit->selectAll();
@@ -372,7 +362,7 @@ private Q_SLOTS:
         QFETCH(QString, line);
         ZrCmColor none;
         none.setColorMethod(ZrCmEntityColor::kNone);
-        TabWindow w(param.toUtf8().constData(), none);
+        TabWindow w(param, none);
         QCOMPARE(w.newColor.colorMethod() == ZrCmEntityColor::kNone, staysNone);
         if (!staysNone)
             QCOMPARE(int(w.newColor.colorIndex()), 256);

@@ -2,6 +2,7 @@
 // own window and inside the colour dialog as a host module opens it.
 
 #include "colordialogrunner.h"
+#include "colortabactions.h"
 #include "zrtesthost.h"
 #include "zrtestmain.h"
 
@@ -13,7 +14,6 @@
 
 #include <QComboBox>
 #include <QDialog>
-#include <QPushButton>
 #include <QSpinBox>
 #include <QTabBar>
 #include <QTest>
@@ -46,15 +46,6 @@ void dragTo(QWidget* widget, const QPoint& point)
     QApplication::sendEvent(widget, &move);
 }
 
-// Replaces a spin box's or line's text as a user does: focus, select all, type.
-void retype(QWidget* field, const QString& text)
-{
-    field->setFocus(Qt::MouseFocusReason);
-    QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClick(field, Qt::Key_Backspace);
-    QTest::keyClicks(field, text);
-}
-
 // Chooses a mode with the keyboard on the combo box, as a user may.
 void chooseMode(QComboBox* combo, int mode)
 {
@@ -80,17 +71,11 @@ struct TabWindow
     }
 
     template <class T = QWidget>
-    T* child(const char* name) const
-    {
-        T* found = dialog.findChild<T*>(QLatin1String(name));
-        if (!found)
-            qFatal("the tab has no %s", name);
-        return found;
-    }
-    int spin(const char* name) const { return child<QSpinBox>(name)->value(); }
-    QList<int> hsl() const { return {spin("hueSpinBox"), spin("saturationSpinBox"), spin("luminanceSpinBox")}; }
-    QWidget* field() const { return child("ZrHSLPallete"); }
-    void pressField(const QPoint& point) const
+    T* child(const char* name) { return ColorTest::dialogChild<T>(&dialog, name); }
+    int spin(const char* name) { return child<QSpinBox>(name)->value(); }
+    QList<int> hsl() { return {spin("hueSpinBox"), spin("saturationSpinBox"), spin("luminanceSpinBox")}; }
+    QWidget* field() { return child("ZrHSLPallete"); }
+    void pressField(const QPoint& point)
     {
         QTest::mousePress(field(), Qt::LeftButton, Qt::NoModifier, point);
         QTest::mouseRelease(field(), Qt::LeftButton, Qt::NoModifier, point);
@@ -102,17 +87,10 @@ struct TabWindow
     ZrTrueColorWnd* tab = nullptr;
 };
 
+using ColorTabTest::clickOk;
+using ColorTabTest::retype;
 using ColorTest::dialogChild;
 using ColorTest::runColorDialog;
-
-void clickOk(QWidget* dialog)
-{
-    for (QPushButton* button : dialog->findChildren<QPushButton*>()) {
-        if (button->text() == QStringLiteral("确定"))
-            return QTest::mouseClick(button, Qt::LeftButton);
-    }
-    qFatal("the dialog has no OK button");
-}
 
 QList<int> rgbOf(const ZrJsonPtr& param)
 {

@@ -6,6 +6,7 @@
 #include "zrglobaluireactor.h"
 #include "zrhostreactor.h"
 
+#include "colortesthelpers.h"
 #include "drawingtesthelpers.h"
 #include "zrtesthost.h"
 
@@ -89,13 +90,7 @@ inline ZrDbObjectId addDimension(ZrDbObjectId style)
     return addEntity(dimension);
 }
 
-inline ZrCmColor aci(uint16_t index)
-{
-    ZrCmColor color;
-    color.setColorMethod(ZrCmEntityColor::kByACI);
-    color.setColorIndex(index);
-    return color;
-}
+using ZrTest::aci;
 
 // Closes the undo history with a step of its own, so that a test can tell whether anything followed.
 inline void markHistory()

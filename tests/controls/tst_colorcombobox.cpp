@@ -1,13 +1,13 @@
 // The colour combo box as a user meets it: its list with the recent colours, the searches callers
 // make in it, the colour dialog behind its last item, and the writes of a box bound to the drawing.
 
+#include "colortesthelpers.h"
 #include "controlstesthelpers.h"
 #include "zrtestmain.h"
 
 #include "zrcolorcombobox.h"
 
 #include <QAbstractItemView>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <memory>
@@ -26,27 +26,13 @@ QStringList standardItems()
             QStringLiteral("白")};
 }
 
-QPushButton* button(QWidget* dialog, const QString& text)
-{
-    for (QPushButton* found : dialog->findChildren<QPushButton*>()) {
-        if (found->text() == text && found->isVisible())
-            return found;
-    }
-    return nullptr;
-}
-
 // Answers the colour dialog, once it is up, with `typed` in its colour line and OK. A dialog that
 // refuses the text is cancelled, so that the test fails instead of waiting.
 void answerDialogWithText(const QString& typed)
 {
     ZrTest::whenModalShown([typed](QWidget* dialog) {
-        auto* line = dialog->findChild<QLineEdit*>(QStringLiteral("colorLineEdit"));
-        QVERIFY(line);
-        line->setFocus();
-        line->selectAll();
-        QTest::keyClicks(line, typed);
         ZrHostControl::pushMessageBoxAnswer(1);
-        QTest::mouseClick(button(dialog, QStringLiteral("确定")), Qt::LeftButton);
+        ZrTest::typeColorAndOk(dialog, typed);
         if (dialog->isVisible()) {
             QTest::keyClick(dialog, Qt::Key_Escape);
             QFAIL(qPrintable(QStringLiteral("the dialog refused %1").arg(typed)));
@@ -324,9 +310,7 @@ private Q_SLOTS:
     {
         ZrUiWhiteBlackTrueColorComboBox box;
         box.OnAddItems();
-        QCOMPARE(items(box), QStringList({QStringLiteral("红"), QStringLiteral("黄"), QStringLiteral("绿"),
-                                          QStringLiteral("青"), QStringLiteral("蓝"), QStringLiteral("洋红"),
-                                          QStringLiteral("白"), QStringLiteral("黑"), kChooseItem}));
+        QCOMPARE(items(box), standardItems().mid(2) << QStringLiteral("黑") << kChooseItem);
         QCOMPARE(box.GetColor(6), trueColor(255, 255, 255));
         QCOMPARE(box.GetColor(7), trueColor(0, 0, 0));
     }
@@ -363,7 +347,7 @@ private Q_SLOTS:
         QVERIFY(m_host->macros().isEmpty());
         QCOMPARE(db()->cecolor(), ZrCmColor());
         // The item is the accepted one: a cancelled dialog comes back to it.
-        ZrTest::whenModalShown([](QWidget* dialog) { QTest::keyClick(dialog, Qt::Key_Escape); });
+        ZrTest::cancelNextModal();
         pick(*box, kChooseItem);
         QTRY_COMPARE(box->currentText(), QStringLiteral("青"));
     }
@@ -376,7 +360,7 @@ private Q_SLOTS:
         QSignalSpy chosen(box.get(), &ZrColorComboBox::ColorItemChanged);
         const QStringList before = items(*box);
         ZrHostControl::clearLogs();
-        ZrTest::whenModalShown([](QWidget* dialog) { QTest::keyClick(dialog, Qt::Key_Escape); });
+        ZrTest::cancelNextModal();
         pick(*box, kChooseItem);
         QCOMPARE(box->currentText(), QStringLiteral("绿"));
         QCOMPARE(items(*box), before);
@@ -396,13 +380,13 @@ private Q_SLOTS:
         QSignalSpy chosen(box.get(), &ZrColorComboBox::ColorItemChanged);
         ZrTest::whenModalShown([](QWidget* dialog) {
             QTest::mouseClick(dialog->findChild<QPushButton*>(QStringLiteral("btnByBlock")), Qt::LeftButton);
-            QTest::mouseClick(button(dialog, QStringLiteral("确定")), Qt::LeftButton);
+            ZrTest::clickOk(dialog);
         });
         pick(*box, kChooseItem);
         QTRY_COMPARE(box->currentText(), QStringLiteral("ByBlock"));
         QCOMPARE(chosen.count(), 1);
 
-        ZrTest::whenModalShown([](QWidget* dialog) { QTest::keyClick(dialog, Qt::Key_Escape); });
+        ZrTest::cancelNextModal();
         pick(*box, kChooseItem);
         QCOMPARE(box->currentIndex(), 1);
         QCOMPARE(box->currentText(), QStringLiteral("ByLayer"));

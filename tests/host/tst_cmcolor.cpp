@@ -54,25 +54,18 @@ QString channels(const ZrCmColor& color)
 
 QString text(const wchar_t* wide) { return QString::fromWCharArray(wide); }
 
-QStringList texts(const ZrArray<ZrString>& list)
+template <typename Text>
+QStringList texts(const ZrArray<Text>& list)
 {
     QStringList out;
-    for (const ZrString& item : list)
-        out << item.toQString();
-    return out;
-}
-
-QStringList texts(const ZrArray<ZrUtf8String>& list)
-{
-    QStringList out;
-    for (const ZrUtf8String& item : list)
+    for (const Text& item : list)
         out << item.toQString();
     return out;
 }
 
 } // namespace
 
-class CmColorTest : public QObject
+class CmColorTest : public HostFixture
 {
     Q_OBJECT
 
@@ -502,7 +495,7 @@ private Q_SLOTS:
     void colourBookFoldersInOrder()
     {
         ZrHostControl::shutdown();
-        QVERIFY(writeFile(QDir(m_config->path()).filePath(QStringLiteral("user-config.json")),
+        QVERIFY(writeFile(QDir(m_config.path()).filePath(QStringLiteral("user-config.json")),
                           "{\"ColorBookPaths\": [\"/books/user\", 7, \"/books/shared\"]}"));
         Environment environment;
         environment.set("ZR_COLORBOOK_PATH", "/books/env1::/books/env2");
@@ -537,26 +530,8 @@ private Q_SLOTS:
         QCOMPARE(texts(CXuSystem::instance()->pathService()->colorBookFolders()), QStringList{installed});
     }
 
-    void init()
-    {
-        m_config = std::make_unique<QTemporaryDir>();
-        startHost();
-    }
-    void cleanup()
-    {
-        ZrHostControl::shutdown();
-        m_config.reset();
-    }
-
-private:
-    void startHost()
-    {
-        ZrHostControl::Options options;
-        options.configDir = m_config->path();
-        ZrHostControl::initialize(options);
-    }
-
-    std::unique_ptr<QTemporaryDir> m_config;
+    void init() { startHost(); }
+    void cleanup() { ZrHostControl::shutdown(); }
 };
 
 ZR_TEST_SUITE(CmColorTest)

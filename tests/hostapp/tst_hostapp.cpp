@@ -5,6 +5,7 @@
 // buttons held and drags and pans arrive as a user makes them.
 #define QTEST_QPA_MOUSE_HANDLING
 
+#include "colortesthelpers.h"
 #include "drawingtesthelpers.h"
 #include "zrappenv.h"
 #include "zrdialogrun.h"
@@ -66,27 +67,7 @@ ZrDbObjectId addLine(double x0, double y0, double x1, double y1, ZrDbObjectId la
     return addEntity(new ZrDbLine(ZrGePoint3d(x0, y0, 0), ZrGePoint3d(x1, y1, 0)), layer);
 }
 
-ZrCmColor aci(uint16_t index)
-{
-    ZrCmColor color;
-    color.setColorMethod(ZrCmEntityColor::kByACI);
-    color.setColorIndex(index);
-    return color;
-}
-
-// Types the index over the colour dialog's line and clicks OK.
-void typeIndexAndTakeIt(QWidget* dialog, int index)
-{
-    auto* line = dialog->findChild<QLineEdit*>(QStringLiteral("colorLineEdit"));
-    QVERIFY(line);
-    line->setFocus();
-    line->selectAll();
-    QTest::keyClicks(line, QString::number(index));
-    for (QPushButton* button : dialog->findChildren<QPushButton*>()) {
-        if (button->text() == QStringLiteral("确定"))
-            QTest::mouseClick(button, Qt::LeftButton);
-    }
-}
+using ZrTest::aci;
 
 ZrDbObjectId addColouredLine(double y, uint16_t index)
 {
@@ -147,6 +128,16 @@ private:
     }
 
     bool chooseInLayerBox(const QString& name) { return chooseIn(m_window->layerBox(), name); }
+
+    // The 对话框 menu's entry for the colour dialog.
+    QAction* colorDialogEntry() const
+    {
+        for (QAction* a : m_window->findChildren<QAction*>()) {
+            if (a->text() == QLatin1String("ColorDialog"))
+                return a;
+        }
+        return nullptr;
+    }
 
     // Opens a box with F4 and takes `name` with the arrow keys and Return, as a user would; false
     // when the list did not open or has no such row.
@@ -510,12 +501,12 @@ private Q_SLOTS:
         };
 
         const QString lastStep = action("undoAction")->text();
-        ZrTest::whenModalShown([](QWidget* dialog) { QTest::keyClick(dialog, Qt::Key_Escape); });
+        ZrTest::cancelNextModal();
         doubleClickColour();
         QCOMPARE(layerColor(walls), before);
         QCOMPARE(action("undoAction")->text(), lastStep);
 
-        ZrTest::whenModalShown([](QWidget* dialog) { typeIndexAndTakeIt(dialog, 30); });
+        ZrTest::whenModalShown([](QWidget* dialog) { ZrTest::typeColorAndOk(dialog, QStringLiteral("30")); });
         doubleClickColour();
         QCOMPARE(layerColor(walls), aci(30));
         QTRY_COMPARE(row->text(colorColumn), QStringLiteral("30"));
@@ -543,7 +534,7 @@ private Q_SLOTS:
         QSignalSpy changed(first, &ZrColorButtonWidget::colorChanged);
         const QColor second = panel->gradient()->getColor2();
 
-        ZrTest::whenModalShown([](QWidget* dialog) { typeIndexAndTakeIt(dialog, 30); });
+        ZrTest::whenModalShown([](QWidget* dialog) { ZrTest::typeColorAndOk(dialog, QStringLiteral("30")); });
         QTest::mouseClick(first->innerButton(), Qt::LeftButton);
         QCOMPARE(changed.count(), 1);
         QCOMPARE(first->color(), aci(30));
@@ -574,20 +565,13 @@ private Q_SLOTS:
     void dialogsMenuRunsTheColourDialogOnItsSample()
     {
         showWindow(ZrApp::availableDialogs());
-        QAction* entry = nullptr;
-        for (QAction* a : m_window->findChildren<QAction*>()) {
-            if (a->text() == QLatin1String("ColorDialog"))
-                entry = a;
-        }
+        QAction* entry = colorDialogEntry();
         QVERIFY(entry);
         QString shown;
         ZrTest::whenModalShown([&shown](QWidget* dialog) {
             shown = dialog->findChild<QLineEdit*>(QStringLiteral("colorLineEdit"))->text();
             QTest::mouseClick(dialog->findChild<QPushButton*>(QStringLiteral("btnByBlock")), Qt::LeftButton);
-            for (QPushButton* button : dialog->findChildren<QPushButton*>()) {
-                if (button->text() == QStringLiteral("确定"))
-                    QTest::mouseClick(button, Qt::LeftButton);
-            }
+            ZrTest::clickOk(dialog);
         });
         entry->trigger();
         QCOMPARE(shown, QStringLiteral("红"));
@@ -619,10 +603,7 @@ private Q_SLOTS:
                     listed << combo->itemText(i);
                 QTest::keyClick(dialog, Qt::Key_Escape);
             });
-            for (QAction* a : m_window->findChildren<QAction*>()) {
-                if (a->text() == QLatin1String("ColorDialog"))
-                    a->trigger();
-            }
+            colorDialogEntry()->trigger();
             return listed;
         };
         QVERIFY(!listedBooks().contains(QStringLiteral("Dock Book")));

@@ -406,19 +406,12 @@ private Q_SLOTS:
         QCOMPARE(textActivated.at(1).at(0).toString(), QStringLiteral("颜色 55"));
         QCOMPARE(changed.size(), 2);
         QVERIFY(!combo->view()->isVisible());
-    }
 
-    // Choosing the current item again still activates it, as a user's pick of it does.
-    void selectOfTheCurrentComboItemActivatesIt()
-    {
-        ColumnDialog dialog;
-        auto* combo = dialog.add<QComboBox>(QStringLiteral("combo"));
-        combo->addItems({QStringLiteral("红"), QStringLiteral("黄")});
-        QSignalSpy activated(combo, QOverload<int>::of(&QComboBox::activated));
-        QSignalSpy changed(combo, QOverload<int>::of(&QComboBox::currentIndexChanged));
-
-        const QString error = runThenAccept(&dialog, QStringLiteral("select:combo=红"));
-        QVERIFY2(error.isEmpty(), qPrintable(error));
+        // Choosing the current item again still activates it, as a user's pick of it does.
+        activated.clear();
+        changed.clear();
+        const QString again = runThenAccept(&dialog, QStringLiteral("select:combo=颜色 55"));
+        QVERIFY2(again.isEmpty(), qPrintable(again));
         QCOMPARE(activated.size(), 1);
         QCOMPARE(changed.size(), 0);
     }

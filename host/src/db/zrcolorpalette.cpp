@@ -7,17 +7,15 @@
 
 namespace {
 
-uint32_t packRgb(uint32_t red, uint32_t green, uint32_t blue) { return red | (green << 8) | (blue << 16); }
-
 // Nine named colours; then 24 hues 15 degrees apart, each in five brightnesses, full and half
 // saturated in turn; then six greys.
 std::array<uint32_t, 256> standardPalette()
 {
     std::array<uint32_t, 256> palette{};
-    const uint32_t named[10] = {packRgb(0, 0, 0),       packRgb(255, 0, 0),     packRgb(255, 255, 0),
-                                packRgb(0, 255, 0),     packRgb(0, 255, 255),   packRgb(0, 0, 255),
-                                packRgb(255, 0, 255),   packRgb(255, 255, 255), packRgb(128, 128, 128),
-                                packRgb(192, 192, 192)};
+    const uint32_t named[10] = {zrPackRgb(0, 0, 0),       zrPackRgb(255, 0, 0),     zrPackRgb(255, 255, 0),
+                                zrPackRgb(0, 255, 0),     zrPackRgb(0, 255, 255),   zrPackRgb(0, 0, 255),
+                                zrPackRgb(255, 0, 255),   zrPackRgb(255, 255, 255), zrPackRgb(128, 128, 128),
+                                zrPackRgb(192, 192, 192)};
     for (int i = 0; i < 10; ++i)
         palette[size_t(i)] = named[i];
     const int brightness[5] = {255, 165, 127, 76, 38};
@@ -38,7 +36,7 @@ std::array<uint32_t, 256> standardPalette()
         case 4: rgb[0] = rising; rgb[1] = bottom; rgb[2] = top; break;
         default: rgb[0] = top; rgb[1] = bottom; rgb[2] = falling; break;
         }
-        palette[size_t(i)] = packRgb(uint32_t(rgb[0]), uint32_t(rgb[1]), uint32_t(rgb[2]));
+        palette[size_t(i)] = zrPackRgb(uint32_t(rgb[0]), uint32_t(rgb[1]), uint32_t(rgb[2]));
     }
     const uint32_t greys[6] = {51, 80, 105, 130, 190, 255};
     for (int i = 0; i < 6; ++i)
