@@ -1,4 +1,5 @@
 #include "uicolorbooktab.h"
+#include "uicolorwidgets_p.h"
 
 #include "ZrQtUtilsFunc.h"
 #include "uicolorbookmng.h"
@@ -36,8 +37,6 @@ int stripAt(int y, int count, const QWidget* widget)
     const double stripHeight = double(widget->height()) / count;
     return std::min(std::max(int(y / stripHeight), 0), count - 1);
 }
-
-QColor colorOfWord(uint32_t word) { return QColor(word & 0xFF, (word >> 8) & 0xFF, (word >> 16) & 0xFF); }
 
 void paintStrip(QPainter& painter, const QRect& rect, const QColor& color)
 {

@@ -1,4 +1,5 @@
 #include "uicolorindextab.h"
+#include "uicolorwidgets_p.h"
 
 #include "ZrQtUtilsFunc.h"
 
@@ -17,8 +18,6 @@ namespace {
 
 // The palette of the grids and of the hover labels, as the drawing view shows index colours.
 const uint32_t kDisplayBackground = 0xFF30281E;
-
-QColor colorOfWord(uint32_t word) { return QColor(word & 0xFF, (word >> 8) & 0xFF, (word >> 16) & 0xFF); }
 
 // Whether a click on the cell at `column` holding `aci` chooses it on a grid of kind `type`.
 bool gridTakes(int type, int aci, int column)

@@ -1,4 +1,5 @@
 #include "uicolorwidgets.h"
+#include "uicolorwidgets_p.h"
 
 #include "ZrQtUtilsFunc.h"
 #include "uicolorbookmng.h"
@@ -37,13 +38,6 @@ void splitPaletteEntry(uint32_t entry, int& r, int& g, int& b)
     r = int(entry & 0xFF);
     g = int((entry >> 8) & 0xFF);
     b = int((entry >> 16) & 0xFF);
-}
-
-QColor paletteColor(uint32_t entry)
-{
-    int r, g, b;
-    splitPaletteEntry(entry, r, g, b);
-    return QColor(r, g, b);
 }
 
 bool isBlank(const wchar_t* text)
@@ -203,7 +197,7 @@ ColorData formatColor(const ZrCmColor& color, const unsigned int* palette, ZrDbO
         data.text = QStringLiteral("ByBlock");
         // A block's colour is known only where it is inserted: with a layer the swatch stays empty.
         if (layerId.isErased())
-            data.color = paletteColor(palette[7]);
+            data.color = colorOfWord(palette[7]);
         else
             ZrDbObjectPointer<ZrDbObject> opened(layerId, ZrDb::kForRead);
         return data;
@@ -218,7 +212,7 @@ ColorData formatColor(const ZrCmColor& color, const unsigned int* palette, ZrDbO
                 data.color = QColor(layerColor.red(), layerColor.green(), layerColor.blue());
             } else {
                 layerIndexEntry(layerColor, palette, entry);
-                data.color = paletteColor(entry);
+                data.color = colorOfWord(entry);
             }
         } else {
             ZrDbObjectPointer<ZrDbLayerTableRecord> layer(layerId, ZrDb::kForRead);
@@ -249,7 +243,7 @@ ColorData formatColor(const ZrCmColor& color, const unsigned int* palette, ZrDbO
         data.text = numberedColorText(index);
         return data;
     }
-    data.color = paletteColor(palette[index]);
+    data.color = colorOfWord(palette[index]);
     if (index >= 8)
         data.text = numberedColorText(index);
     else if (index == 7 && palette[7] == 0) // the foreground of a light drawing

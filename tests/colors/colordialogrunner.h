@@ -1,7 +1,7 @@
 #pragma once
-// Runs "ColorDialog" as a host module opens it, for the colour suites, and finds its widgets; also
-// the index colours the suites start from.
+// Runs "ColorDialog" as a host module opens it, for the colour suites, and finds its widgets.
 
+#include "colortesthelpers.h"
 #include "zrtesthost.h"
 
 #include "zrcolordialog.h"
@@ -14,13 +14,7 @@
 
 namespace ColorTest {
 
-inline ZrCmColor indexColor(int index)
-{
-    ZrCmColor color;
-    color.setColorMethod(ZrCmEntityColor::kByACI);
-    color.setColorIndex(uint16_t(index));
-    return color;
-}
+using ZrTest::aci;
 
 struct DialogOutcome
 {

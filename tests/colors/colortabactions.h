@@ -1,13 +1,11 @@
 #pragma once
-// What a user does inside the colour dialog's tabs, for the colour suites: press OK, type over a field.
+// What a user does inside the colour dialog's tabs, for the colour suites: type over a field.
 
 #include "colordialogrunner.h"
 
 #include <QTest>
 
 namespace ColorTabTest {
-
-inline void clickOk(QWidget* dialog) { QTest::mouseClick(ColorTest::dialogButton(dialog, QStringLiteral("确定")), Qt::LeftButton); }
 
 // Replaces a spin box's or line's text as a user does: focus, select all, type.
 inline void retype(QWidget* field, const QString& text)

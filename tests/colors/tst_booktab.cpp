@@ -24,7 +24,7 @@
 
 namespace {
 
-using ColorTabTest::clickOk;
+using ZrTest::clickOk;
 using ColorTest::BookFolder;
 using ColorTest::bookColor;
 using ColorTest::dialogChild;

@@ -25,14 +25,6 @@
 
 namespace {
 
-ZrCmColor indexColor(uint16_t index)
-{
-    ZrCmColor color;
-    color.setColorMethod(ZrCmEntityColor::kByACI);
-    color.setColorIndex(index);
-    return color;
-}
-
 QColor channelsOf(const ZrCmColor& color) { return QColor(color.red(), color.green(), color.blue()); }
 
 // Close enough for an antialiased or interpolated pixel.
@@ -56,7 +48,8 @@ QString describe(const QColor& a, const QColor& b)
 
 QColor pixel(QWidget* widget, int x, int y) { return widget->grab().toImage().pixelColor(x, y); }
 
-using ColorTabTest::clickOk;
+using ZrTest::aci;
+using ZrTest::clickOk;
 
 // Types `text` over the index tab's colour line.
 void typeColor(QWidget* dialog, const QString& text)
@@ -118,7 +111,7 @@ private Q_SLOTS:
     {
         ZrColorButtonWidget widget;
         QSignalSpy changed(&widget, &ZrColorButtonWidget::colorChanged);
-        widget.setColor(indexColor(5));
+        widget.setColor(aci(5));
         QCOMPARE(changed.count(), 0);
         widget.show();
         QVERIFY(QTest::qWaitForWindowExposed(&widget));
@@ -133,12 +126,12 @@ private Q_SLOTS:
             clickOk(dialog);
         });
         QTest::mouseClick(widget.innerButton(), Qt::LeftButton);
-        QCOMPARE(shown, ZrColorLineEdit::getColorText(indexColor(5)));
+        QCOMPARE(shown, ZrColorLineEdit::getColorText(aci(5)));
         QVERIFY(!byBlockEnabled);
         QCOMPARE(changed.count(), 1);
-        QCOMPARE(widget.color(), indexColor(30));
+        QCOMPARE(widget.color(), aci(30));
         // The swatch follows: the middle of the widget, left of the "..." button, shows the new colour.
-        COMPARE_COLOR(pixel(&widget, 10, widget.height() / 2), channelsOf(indexColor(30)));
+        COMPARE_COLOR(pixel(&widget, 10, widget.height() / 2), channelsOf(aci(30)));
     }
 
     void cancelEscAndCloseKeepTheColourAndStaySilent_data()
@@ -154,7 +147,7 @@ private Q_SLOTS:
     {
         QFETCH(int, way);
         ZrColorButtonWidget widget;
-        widget.setColor(indexColor(3));
+        widget.setColor(aci(3));
         QSignalSpy changed(&widget, &ZrColorButtonWidget::colorChanged);
         widget.show();
         QVERIFY(QTest::qWaitForWindowExposed(&widget));
@@ -169,7 +162,7 @@ private Q_SLOTS:
         });
         QTest::mouseClick(widget.innerButton(), Qt::LeftButton);
         QCOMPARE(changed.count(), 0);
-        QCOMPARE(widget.color(), indexColor(3));
+        QCOMPARE(widget.color(), aci(3));
     }
 
     // A double click on the swatch opens the dialog too, but not with the right button: the right
@@ -177,7 +170,7 @@ private Q_SLOTS:
     void doubleClickOpensTheDialogExceptWithTheRightButton()
     {
         ZrColorButtonWidget widget;
-        widget.setColor(indexColor(3));
+        widget.setColor(aci(3));
         QSignalSpy changed(&widget, &ZrColorButtonWidget::colorChanged);
         widget.resize(120, 25);
         widget.show();
@@ -194,15 +187,15 @@ private Q_SLOTS:
         QTest::mouseDClick(&widget, Qt::LeftButton, Qt::NoModifier, QPoint(10, 12));
         QCOMPARE(opened, 1);
         QCOMPARE(changed.count(), 1);
-        QCOMPARE(widget.color(), indexColor(50));
+        QCOMPARE(widget.color(), aci(50));
     }
 
     // Grey frame at rest, blue under the mouse, none when switched off; the swatch is the colour.
     void swatchFrameFollowsTheMouse()
     {
         ZrColorButtonWidget widget;
-        widget.setColor(indexColor(1));
-        const QColor red = channelsOf(indexColor(1));
+        widget.setColor(aci(1));
+        const QColor red = channelsOf(aci(1));
         widget.resize(120, 40);
         widget.show();
         QVERIFY(QTest::qWaitForWindowExposed(&widget));

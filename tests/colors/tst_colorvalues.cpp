@@ -85,7 +85,7 @@ private Q_SLOTS:
         data.color = Qt::red;
         data.text = QStringLiteral("x");
         data.kind = ColorData::kDialogCommand;
-        data.cmColor = indexColor(3);
+        data.cmColor = aci(3);
         const ColorData back = QVariant::fromValue(data).value<ColorData>();
         QCOMPARE(back.color, data.color);
         QCOMPARE(back.text, data.text);
@@ -116,24 +116,24 @@ private Q_SLOTS:
         QFETCH(int, index);
         QFETCH(QString, text);
         QFETCH(bool, paletteSwatch);
-        const ColorData data = formatColor(indexColor(index));
+        const ColorData data = formatColor(aci(index));
         QCOMPARE(data.text, text);
         QCOMPARE(data.kind, 0);
         QCOMPARE(data.color, paletteSwatch ? entryColor(zrsiutCurPalette(), index) : QColor(Qt::white));
-        QVERIFY(data.cmColor == indexColor(index));
+        QVERIFY(data.cmColor == aci(index));
     }
 
     void foregroundFollowsTheDrawingBackground()
     {
         ZrHostControl::setDrawingBackgroundDark(false);
         QCOMPARE(zrsiutCurPalette()[7], 0u);
-        ColorData data = formatColor(indexColor(7));
+        ColorData data = formatColor(aci(7));
         QCOMPARE(data.text, QStringLiteral("黑"));
         QCOMPARE(data.color, QColor(Qt::black));
         QCOMPARE(formatColor(methodColor(ZrCmEntityColor::kNone)).color, QColor(Qt::black));
         QCOMPARE(rgbOf(methodColor(ZrCmEntityColor::kByBlock)), QColor(Qt::black));
         // A palette given by the caller wins over the drawing's.
-        QCOMPARE(formatColor(indexColor(7), zrcmAcadPalette(0)).text, QStringLiteral("白"));
+        QCOMPARE(formatColor(aci(7), zrcmAcadPalette(0)).text, QStringLiteral("白"));
 
         ZrHostControl::setDrawingBackgroundDark(true);
         data = formatColor(methodColor(ZrCmEntityColor::kNone));
@@ -159,7 +159,7 @@ private Q_SLOTS:
     {
         const ZrDbObjectId layer = DrawingTest::addLayer(QStringLiteral("Walls"));
         setLayerColor(layer, trueColor(10, 20, 30));
-        setLayerColor(curDatabase()->clayer(), indexColor(3));
+        setLayerColor(curDatabase()->clayer(), aci(3));
         const ZrCmColor byLayer = methodColor(ZrCmEntityColor::kByLayer);
         const ZrCmColor byBlock = methodColor(ZrCmEntityColor::kByBlock);
 
@@ -263,8 +263,8 @@ private Q_SLOTS:
     void swatchOfAColour()
     {
         const uint32_t* standard = zrcmAcadPalette(0xFF30281E);
-        QCOMPARE(rgbOf(indexColor(1)), entryColor(standard, 1));
-        QCOMPARE(rgbOf(indexColor(300)), QColor(Qt::white));
+        QCOMPARE(rgbOf(aci(1)), entryColor(standard, 1));
+        QCOMPARE(rgbOf(aci(300)), QColor(Qt::white));
         QCOMPARE(rgbOf(trueColor(1, 2, 3)), QColor(1, 2, 3));
         // With only one of the two names it is no book colour yet: its own channels.
         QCOMPARE(rgbOf(trueColor(1, 2, 3, nullptr, L"Values")), QColor(1, 2, 3));
@@ -276,7 +276,7 @@ private Q_SLOTS:
         BookFolder::use({});
         QCOMPARE(rgbOf(trueColor(1, 2, 3, L"ZR 7 Test", L"Values")), QColor(Qt::white));
 
-        ZrCmColor outside = indexColor(256);
+        ZrCmColor outside = aci(256);
         int r = -1, g = -1, b = -1;
         aciToRgb(0, &outside, r, g, b);
         QCOMPARE((QVector<int>{r, g, b}), (QVector<int>{-1, -1, -1}));

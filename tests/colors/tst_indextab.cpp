@@ -18,7 +18,7 @@
 
 namespace {
 
-using ColorTest::indexColor;
+using ColorTest::aci;
 
 struct Shape
 {
@@ -49,7 +49,7 @@ QColor displayColor(int index)
 // The tab in a dialog of its own, shown and active, on the dialog's two colours.
 struct TabWindow
 {
-    explicit TabWindow(const QString& json, ZrCmColor start = indexColor(3)) : newColor(start), oldColor(start)
+    explicit TabWindow(const QString& json, ZrCmColor start = aci(3)) : newColor(start), oldColor(start)
     {
         tab = new ZrIndexColorWnd(&dialog, &dialog);
         (new QVBoxLayout(&dialog))->addWidget(tab);
@@ -315,7 +315,7 @@ private Q_SLOTS:
     void keyCSelectsTheWholeLine()
     {
         QFETCH(int, modifier);
-        TabWindow w(R"({})", indexColor(123));
+        TabWindow w(R"({})", aci(123));
         w.child<QPushButton>("btnByBlock")->setFocus();
         QTest::keyClick(w.child<QPushButton>("btnByBlock"), Qt::Key_C, Qt::KeyboardModifiers(modifier));
         QCOMPARE(QApplication::focusWidget(), w.tab->getColorLineEdit());

@@ -87,7 +87,7 @@ struct TabWindow
     ZrTrueColorWnd* tab = nullptr;
 };
 
-using ColorTabTest::clickOk;
+using ZrTest::clickOk;
 using ColorTabTest::retype;
 using ColorTest::dialogChild;
 using ColorTest::runColorDialog;
