@@ -1,7 +1,8 @@
 # Sourced by the scripts: installs the Debian packages the build and the tests need, when some are missing.
 
 ZR_DEB_PACKAGES=(build-essential cmake ninja-build ccache qtbase5-dev libqt5svg5-dev libspdlog-dev libfmt-dev
-                 libpugixml-dev xvfb xauth fonts-wqy-microhei x11-common)
+                 libpugixml-dev xvfb xauth fonts-wqy-microhei x11-common libx11-dev
+                 libqt5x11extras5-dev libxtst-dev openbox xdotool x11-utils)
 
 zr_install_deps() {
     local missing=() package

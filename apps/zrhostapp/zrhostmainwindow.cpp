@@ -8,6 +8,7 @@
 #include "zrdbdatabase.h"
 #include "zrdialogrun.h"
 #include "zrdocument.h"
+#include "zrdocumenttabbar.h"
 #include "zrdrawingcontrol.h"
 #include "zrdrawingview.h"
 #include "zrhostcontrol.h"
@@ -25,6 +26,9 @@
 #include <QFontDatabase>
 #include <QLabel>
 #include <QMenuBar>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QVBoxLayout>
 #include <QStatusBar>
 #include <QToolBar>
 
@@ -74,8 +78,38 @@ struct ZrHostMainWindow::Data
     QAction* redo = nullptr;
     QLabel* selectionCount = nullptr;
     QLabel* cursorPosition = nullptr;
+    ZrDocumentTabBar* documentTabs = nullptr;
+    ZrLayoutTabBar* layoutTabs = nullptr;
+    QStackedWidget* pages = nullptr;
+    QWidget* startPage = nullptr;
+    int drawingsMade = 0;
     QString lastFolder;
 };
+
+namespace {
+
+// What the start tab shows: the two ways to a drawing.
+QWidget* makeStartPage(ZrHostMainWindow* window)
+{
+    auto* page = new QWidget;
+    page->setObjectName(QStringLiteral("startPage"));
+    auto* layout = new QVBoxLayout(page);
+    layout->addStretch();
+    auto* title = new QLabel(QStringLiteral("开始"));
+    QFont font = title->font();
+    font.setPointSizeF(font.pointSizeF() * 2);
+    title->setFont(font);
+    title->setAlignment(Qt::AlignCenter);
+    layout->addWidget(title);
+    auto* make = new QPushButton(QStringLiteral("新建图纸"));
+    make->setObjectName(QStringLiteral("startNewDrawing"));
+    QObject::connect(make, &QPushButton::clicked, window, [window] { window->newDrawing(); });
+    layout->addWidget(make, 0, Qt::AlignCenter);
+    layout->addStretch();
+    return page;
+}
+
+} // namespace
 
 ZrHostMainWindow::ZrHostMainWindow(const QStringList& dialogs) : d(std::make_unique<Data>())
 {
@@ -83,7 +117,34 @@ ZrHostMainWindow::ZrHostMainWindow(const QStringList& dialogs) : d(std::make_uni
     setWindowTitle(kAppTitle);
     d->events = new ZrHostEvents(this);
     d->view = new ZrDrawingView(d->events, this);
-    setCentralWidget(d->view);
+    // The documents above the drawing, the spaces of the drawing below it.
+    auto* central = new QWidget(this);
+    auto* centralLayout = new QVBoxLayout(central);
+    centralLayout->setContentsMargins(0, 0, 0, 0);
+    centralLayout->setSpacing(0);
+    d->documentTabs = new ZrDocumentTabBar(central);
+    d->pages = new QStackedWidget(central);
+    d->startPage = makeStartPage(this);
+    d->pages->addWidget(d->startPage);
+    d->pages->addWidget(d->view);
+    d->layoutTabs = new ZrLayoutTabBar(central);
+    centralLayout->addWidget(d->documentTabs);
+    centralLayout->addWidget(d->pages, 1);
+    centralLayout->addWidget(d->layoutTabs);
+    setCentralWidget(central);
+    d->documentTabs->setPictureSource([this](CXuDocument* document) {
+        return document == zrDocManagerPtr()->curDocument() ? d->view->grab() : QPixmap();
+    });
+    connect(d->documentTabs, &ZrTabBar::currentChanged, this, &ZrHostMainWindow::activateTab);
+    connect(d->documentTabs, &ZrDocumentTabBar::newDrawingRequested, this, [this] { newDrawing(); });
+    connect(d->documentTabs, &ZrDocumentTabBar::closeRequested, this, [this](int index) { closeDrawingTab(index); });
+    connect(d->layoutTabs, &ZrLayoutTabBar::spaceChanged, this, [this] {
+        CZrGlobalUIReactorHelp event;
+        event.kind = kZrUiEventDocument;
+        event.database = zrDocManagerPtr()->curDocument() ? zrDocManagerPtr()->curDocument()->database() : nullptr;
+        ZrHostControl::postUiEvent(event);
+        d->view->zoomExtents();
+    });
 
     d->undo = new QAction(ZrHostIcons::undo(palette()), QStringLiteral("撤销"), this);
     d->undo->setObjectName(QStringLiteral("undoAction"));
@@ -134,6 +195,7 @@ ZrHostMainWindow::ZrHostMainWindow(const QStringList& dialogs) : d(std::make_uni
     resizeDocks({commandDock}, {170}, Qt::Vertical);
 
     QMenu* fileMenu = menuBar()->addMenu(QStringLiteral("文件(&F)"));
+    fileMenu->addAction(QStringLiteral("新建图纸(&N)"), this, [this] { newDrawing(); }, QKeySequence::New);
     fileMenu->addAction(QStringLiteral("打开图纸(&O)…"), this, &ZrHostMainWindow::openDrawingFile, QKeySequence::Open);
     fileMenu->addAction(QStringLiteral("保存图纸(&S)…"), this, &ZrHostMainWindow::saveDrawingFile, QKeySequence::Save);
     fileMenu->addSeparator();
@@ -179,6 +241,12 @@ ZrHostMainWindow::ZrHostMainWindow(const QStringList& dialogs) : d(std::make_uni
     refreshUndoActions();
     refreshSelectionCount();
     resize(1280, 800);
+    // The drawing open at start gets the first tab.
+    if (CXuDocument* document = zrDocManagerPtr()->curDocument()) {
+        const QString name = document->name().toQString();
+        d->documentTabs->addDocument(document, name, name);
+        ++d->drawingsMade;
+    }
 
     ZrHostControl::setMainWindow(this);
     ZrHostControl::setTargetWindow(this);
@@ -200,6 +268,91 @@ void ZrHostMainWindow::appendToCommandLine(const QString& line)
 void ZrHostMainWindow::setDrawingName(const QString& name)
 {
     setWindowTitle(QStringLiteral("%1 - %2").arg(name, kAppTitle));
+    const int index = d->documentTabs->indexOf(zrDocManagerPtr()->curDocument());
+    if (index >= 0) {
+        d->documentTabs->setTabText(index, name);
+        d->documentTabs->setTabToolTip(index, name);
+    }
+}
+
+CXuDocument* ZrHostMainWindow::newDrawing()
+{
+    const QString name = QStringLiteral("Drawing%1.dwg").arg(++d->drawingsMade);
+    CXuDocument* document = zrDocManagerPtr()->addDocument(ZrString(name));
+    d->documentTabs->addDocument(document, name, name);
+    appendToCommandLine(QStringLiteral("已新建图纸 %1").arg(name));
+    return document;
+}
+
+bool ZrHostMainWindow::openDrawingInNewTab(const QString& file, QString* error)
+{
+    CXuDocManager* documents = zrDocManagerPtr();
+    CXuDocument* before = documents->curDocument();
+    const QString name = QFileInfo(file).fileName();
+    CXuDocument* document = documents->addDocument(ZrString(name));
+    if (!ZrHostControl::openDrawing(file, error)) {
+        documents->closeDocument(document);
+        documents->setCurDocument(before);
+        return false;
+    }
+    d->documentTabs->addDocument(document, name, QFileInfo(file).absoluteFilePath());
+    return true;
+}
+
+bool ZrHostMainWindow::closeDrawingTab(int index)
+{
+    CXuDocument* document = d->documentTabs->documentAt(index);
+    if (!document)
+        return false;
+    CXuDocManager* documents = zrDocManagerPtr();
+    documents->setCurDocument(document);
+    const QString name = d->documentTabs->tabToolTip(index);
+    if (ZrHostControl::canUndo()) {
+        const int answer = ZrUiMessageBox(L"关闭图纸", ZrString(QStringLiteral("图纸 %1 已修改。\n放弃修改并关闭吗？").arg(name)),
+                                          4 | 0x30, this);
+        if (answer != 6) {
+            activateTab(d->documentTabs->currentIndex());
+            return false;
+        }
+    }
+    {
+        const QSignalBlocker quiet(d->documentTabs);
+        d->documentTabs->removeTab(index);
+    }
+    documents->closeDocument(document);
+    appendToCommandLine(QStringLiteral("已关闭图纸 %1").arg(name));
+    activateTab(d->documentTabs->currentIndex());
+    return true;
+}
+
+void ZrHostMainWindow::activateTab(int index)
+{
+    CXuDocument* document = d->documentTabs->documentAt(index);
+    if (!document) {
+        d->pages->setCurrentWidget(d->startPage);
+        d->layoutTabs->hide();
+        return;
+    }
+    CXuDocManager* documents = zrDocManagerPtr();
+    if (documents->curDocument() != document)
+        documents->setCurDocument(document);
+    d->pages->setCurrentWidget(d->view);
+    d->layoutTabs->showDrawing(document->database());
+    d->layoutTabs->show();
+    setWindowTitle(QStringLiteral("%1 - %2").arg(d->documentTabs->tabText(index), kAppTitle));
+    refreshUndoActions();
+    refreshSelectionCount();
+    d->view->zoomExtents();
+}
+
+ZrDocumentTabBar* ZrHostMainWindow::documentTabs() const
+{
+    return d->documentTabs;
+}
+
+ZrLayoutTabBar* ZrHostMainWindow::layoutTabs() const
+{
+    return d->layoutTabs;
 }
 
 ZrDrawingView* ZrHostMainWindow::drawingView() const
@@ -231,15 +384,12 @@ void ZrHostMainWindow::openDrawingFile()
         return;
     d->lastFolder = QFileInfo(file).absolutePath();
     QString error;
-    if (!ZrHostControl::openDrawing(file, &error)) {
+    if (!openDrawingInNewTab(file, &error)) {
         appendToCommandLine(QStringLiteral("无法打开图纸: %1").arg(error));
         ZrUiMessageBox(L"打开图纸", ZrString(QStringLiteral("无法打开图纸。\n%1").arg(error)), 16, this);
         return;
     }
-    setDrawingName(QFileInfo(file).fileName());
     appendToCommandLine(QStringLiteral("已打开图纸 %1").arg(file));
-    d->view->zoomExtents();
-    refreshUndoActions();
 }
 
 void ZrHostMainWindow::saveDrawingFile()

@@ -6,9 +6,12 @@
 #include <QMainWindow>
 #include <memory>
 
+class CXuDocument;
 class ZrColorComboBox;
+class ZrDocumentTabBar;
 class ZrDrawingView;
 class ZrLayerComboBox;
+class ZrLayoutTabBar;
 
 class ZrHostMainWindow : public QMainWindow
 {
@@ -19,12 +22,22 @@ public:
     ~ZrHostMainWindow() override;
 
     void appendToCommandLine(const QString& line);
-    // Names the open drawing in the title.
+    // Names the current drawing in the title and on its tab.
     void setDrawingName(const QString& name);
+    // A new empty drawing in a tab of its own, as "+" makes it.
+    CXuDocument* newDrawing();
+    // Opens a drawing file in a tab of its own; on error the open drawings stay as they were and
+    // `error` names the place.
+    bool openDrawingInNewTab(const QString& file, QString* error);
+    // Closes the drawing of a document tab, asking first when it was changed; false when the user
+    // kept it.
+    bool closeDrawingTab(int index);
 
     ZrDrawingView* drawingView() const;
     ZrLayerComboBox* layerBox() const;
     ZrColorComboBox* colorBox() const;
+    ZrDocumentTabBar* documentTabs() const;
+    ZrLayoutTabBar* layoutTabs() const;
 
 private:
     // Runs a dialog with its sample parameter and writes the answer line to the command line.
@@ -37,6 +50,8 @@ private:
     // Undo and Redo follow the current drawing's history and name its next step.
     void refreshUndoActions();
     void refreshSelectionCount();
+    // The document of the current tab becomes the host's current one; the start tab shows the start page.
+    void activateTab(int index);
 
     struct Data;
     std::unique_ptr<Data> d;

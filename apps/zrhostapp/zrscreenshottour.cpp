@@ -5,6 +5,7 @@
 #include "zrdbsymtb.h"
 #include "zrdialogrun.h"
 #include "zrdocument.h"
+#include "zrdocumenttabbar.h"
 #include "zrdrawingcontrol.h"
 #include "zrdrawingview.h"
 #include "zrhostmainwindow.h"
@@ -169,6 +170,20 @@ const char kTrueColorParam[] = R"({"method":194,"rgb":16748574})";
 const char kBookColorParam[] =
     R"({"method":194,"rgb":4958164,"colorName":"ZR 130 Saffron 9","bookName":"ZR Design"})";
 
+// The document tabs with two more drawings, one named beyond the width a tab shows, the sample's tab
+// current: the start tab, the tabs, one elided, and "+". The bar as it stands over the drawing.
+bool writeTabBar(ZrHostMainWindow* window, const QString& file)
+{
+    ZrDocumentTabBar* tabs = window->documentTabs();
+    const int sample = tabs->currentIndex();
+    window->newDrawing();
+    CXuDocument* named = window->newDrawing();
+    tabs->setTabText(tabs->indexOf(named), QStringLiteral("一层平面图 - 结构与给排水专业会审修订版 (第三次修改, 2026年11月).dwg"));
+    tabs->setCurrentIndex(sample);
+    tabs->repaint();
+    return saveGrab(tabs, file);
+}
+
 // How long the window may take to show the selection.
 constexpr int kSettleMs = 5000;
 
@@ -204,7 +219,8 @@ void takeScreenshots(ZrHostMainWindow* window, const QString& dir)
                 && writeColorDialog(window, out.filePath(QStringLiteral("color-dialog-true.png")),
                                     ElementValue::parse(kTrueColorParam))
                 && writeColorDialog(window, out.filePath(QStringLiteral("color-dialog-book.png")),
-                                    ElementValue::parse(kBookColorParam));
+                                    ElementValue::parse(kBookColorParam))
+                && writeTabBar(window, out.filePath(QStringLiteral("tab-bar.png")));
             QApplication::exit(written ? 0 : 1);
         });
     });

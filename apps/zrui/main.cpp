@@ -4,12 +4,15 @@
 #include "zrdialogrun.h"
 #include "zrhostsession.h"
 #include "zrsteps.h"
+#include "zrtabbarharness.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QDialog>
 #include <QFile>
 
 #include <cstdio>
+#include <memory>
 
 namespace {
 
@@ -22,6 +25,11 @@ const char kUsage[] =
     "usage: zrui list [--drawing FILE]\n"
     "       zrui dialog NAME [--param JSON | --param-file FILE] [--do STEPS] [--screenshot FILE.png]\n"
     "                        [--theme light|dark] [--timeout-ms N] [--drawing FILE]\n"
+    "       zrui tabbar [TAB...] [--start-page] [--layout] [--no-close] [--current N] [--width N]\n"
+    "                   [--do STEPS] [--screenshot FILE.png] [--theme light|dark] [--timeout-ms N]\n"
+    "\n"
+    "tabbar shows the module's tab bar \"ZrTabBar\" (\"LayoutTabBar\" with --layout) with the tabs given\n"
+    "and \"+\" last, carries the steps out on it, closes it and prints {\"current\":N,\"tabs\":[...]}.\n"
     "\n"
     "--drawing opens a drawing file first; without it the host has its empty default drawing.\n"
     "\n"
@@ -137,6 +145,50 @@ int showDialog(const DialogRequest& request)
     return 0;
 }
 
+int showTabBar(DialogRequest request, const ZrTabBarRequest& bar)
+{
+    ZrTabBar* tabs = nullptr;
+    std::unique_ptr<QDialog> window(zrMakeTabBarWindow(bar, &tabs));
+    // The bar is no dialog that ends itself: its window closes once the steps are done.
+    ZrStep close;
+    close.text = QStringLiteral("close");
+    request.steps.append(close);
+    ZrStepRunner runner(request.steps, request.screenshotFile, request.timeoutMs);
+    runner.onMessageBox(printMessageBox);
+    runner.start();
+    window->exec();
+    if (!runner.error().isEmpty()) {
+        printError(runner.error());
+        return kExitUsage;
+    }
+    std::printf("%s\n", zrTabBarLine(tabs).constData());
+    std::fflush(stdout);
+    return 0;
+}
+
+// The options of the tabbar command; false with `error` set on a bad one.
+bool readTabBarRequest(const QCommandLineParser& parser, ZrTabBarRequest* bar, QString* error)
+{
+    bar->tabs = parser.positionalArguments().mid(1);
+    bar->startPage = parser.isSet(QStringLiteral("start-page"));
+    bar->layoutBar = parser.isSet(QStringLiteral("layout"));
+    bar->closeButtons = !parser.isSet(QStringLiteral("no-close"));
+    bool ok = true;
+    if (parser.isSet(QStringLiteral("current")))
+        bar->current = parser.value(QStringLiteral("current")).toInt(&ok);
+    if (!ok || bar->current < -1) {
+        *error = QStringLiteral("--current takes a tab index");
+        return false;
+    }
+    if (parser.isSet(QStringLiteral("width")))
+        bar->width = parser.value(QStringLiteral("width")).toInt(&ok);
+    if (!ok || bar->width < 1 || bar->width > 100000) {
+        *error = QStringLiteral("--width takes pixels, 1 to 100000");
+        return false;
+    }
+    return true;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -154,6 +206,11 @@ int main(int argc, char** argv)
         {QStringLiteral("theme"), QString(), QStringLiteral("light|dark"), QStringLiteral("light")},
         {QStringLiteral("timeout-ms"), QString(), QStringLiteral("N")},
         {QStringLiteral("drawing"), QString(), QStringLiteral("FILE")},
+        {QStringLiteral("start-page"), QString()},
+        {QStringLiteral("layout"), QString()},
+        {QStringLiteral("no-close"), QString()},
+        {QStringLiteral("current"), QString(), QStringLiteral("N")},
+        {QStringLiteral("width"), QString(), QStringLiteral("N")},
         {{QStringLiteral("h"), QStringLiteral("help")}, QString()},
     });
     if (!parser.parse(QApplication::arguments()))
@@ -166,7 +223,8 @@ int main(int argc, char** argv)
     const QStringList words = parser.positionalArguments();
     const QString command = words.value(0);
     const bool isList = command == QLatin1String("list") && words.size() == 1;
-    if (!isList && !(command == QLatin1String("dialog") && words.size() == 2))
+    const bool isTabBar = command == QLatin1String("tabbar");
+    if (!isList && !isTabBar && !(command == QLatin1String("dialog") && words.size() == 2))
         return usageError(words.isEmpty() ? QStringLiteral("no command") : QStringLiteral("bad command line"));
 
     int theme = ZrApp::kLightTheme;
@@ -174,8 +232,9 @@ int main(int argc, char** argv)
         return usageError(QStringLiteral("--theme takes light or dark"));
 
     DialogRequest request;
+    ZrTabBarRequest tabBar;
     if (!isList) {
-        request.name = words[1];
+        request.name = words.value(1);
         if (parser.isSet(QStringLiteral("param")) && parser.isSet(QStringLiteral("param-file")))
             return usageError(QStringLiteral("--param and --param-file exclude each other"));
         if (parser.isSet(QStringLiteral("timeout-ms"))) {
@@ -186,7 +245,8 @@ int main(int argc, char** argv)
         }
         QString error;
         if (!readParam(parser, &request.param, &error)
-            || !parseSteps(parser.value(QStringLiteral("do")), &request.steps, &error)) {
+            || !parseSteps(parser.value(QStringLiteral("do")), &request.steps, &error)
+            || (isTabBar && !readTabBarRequest(parser, &tabBar, &error))) {
             printError(error);
             return kExitUsage;
         }
@@ -205,5 +265,7 @@ int main(int argc, char** argv)
         printError(drawingError);
         return kExitUsage;
     }
+    if (isTabBar)
+        return showTabBar(request, tabBar);
     return isList ? listDialogs() : showDialog(request);
 }

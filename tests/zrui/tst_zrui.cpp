@@ -59,10 +59,13 @@ private:
         return run({"dialog", "ColorDialog", "--param", param, "--do", steps, "--timeout-ms", "20000"});
     }
 
-    ZruiRun run(const QStringList& args, const QString& program = QStringLiteral(ZR_ZRUI_FILE))
+    ZruiRun run(const QStringList& args, const QString& program = QStringLiteral(ZR_ZRUI_FILE),
+                const QHash<QString, QString>& extraEnv = {})
     {
         QProcess process;
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        for (auto it = extraEnv.begin(); it != extraEnv.end(); ++it)
+            env.insert(it.key(), it.value());
         env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
         // Keeps the user configuration the host saves at exit out of the real home.
         env.insert(QStringLiteral("XDG_CONFIG_HOME"), m_dir.filePath(QStringLiteral("config")));
@@ -171,6 +174,55 @@ private Q_SLOTS:
     }
 
     // A line a check can read for each message box that came up, even one of several lines.
+    // The painted tab bar: a tab chosen by its text, the plus, a step that finds no tab.
+    void tabBarCommandPrintsTabsAndCurrent()
+    {
+        ZruiRun chosen = run({"tabbar", "开始", "Plan", "Section", "--start-page", "--do", "select:ZrTabBar=Plan"});
+        QVERIFY(chosen.finished);
+        QCOMPARE(chosen.exitCode, 0);
+        QCOMPARE(chosen.answerLine().value(QStringLiteral("current")).toInt(), 1);
+        QCOMPARE(chosen.answerLine().value(QStringLiteral("tabs")).toVariant().toStringList(),
+                 (QStringList{"开始", "Plan", "Section", "+"}));
+
+        ZruiRun added = run({"tabbar", "Plan", "--do", "select:ZrTabBar=+;select:ZrTabBar=+"});
+        QCOMPARE(added.exitCode, 0);
+        QCOMPARE(added.answerLine().value(QStringLiteral("tabs")).toVariant().toStringList(),
+                 (QStringList{"Plan", "Drawing1", "Drawing2", "+"}));
+        QCOMPARE(added.answerLine().value(QStringLiteral("current")).toInt(), 2);
+
+        ZruiRun missing = run({"tabbar", "Plan", "--do", "select:ZrTabBar=Nothing"});
+        QCOMPARE(missing.exitCode, 2);
+        QVERIFY2(missing.err.contains(QStringLiteral("no item \"Nothing\"")), qPrintable(missing.err));
+        QCOMPARE(run({"tabbar", "--width", "0"}).exitCode, 2);
+    }
+
+    // At scale 2 the bar paints the same geometry in twice the pixels: the current tab's fill, which
+    // starts 12 pixels in, stands at twice its place, and a click at a logical point hits the same tab.
+    void tabBarPaintsTheSameGeometryAtScaleTwo()
+    {
+        const QString one = tempPath(QStringLiteral("tabs-1.png"));
+        const QString two = tempPath(QStringLiteral("tabs-2.png"));
+        const QStringList args{"tabbar", "Plan", "Section", "--current", "0", "--width", "300"};
+        const ZruiRun plain = run(args + QStringList{"--do", "shot:" + one});
+        const ZruiRun scaled = run(args + QStringList{"--do", "shot:" + two}, QStringLiteral(ZR_ZRUI_FILE),
+                                   {{QStringLiteral("QT_SCALE_FACTOR"), QStringLiteral("2")}});
+        QCOMPARE(plain.exitCode, 0);
+        QCOMPARE(scaled.exitCode, 0);
+        const QImage small(one);
+        const QImage large(two);
+        QCOMPARE(large.size(), small.size() * 2);
+        const QColor fill = small.pixelColor(15, 5);
+        QCOMPARE(large.pixelColor(30, 10), fill);
+        QVERIFY(small.pixelColor(6, 2) != fill); // left of the slanted edge
+        QVERIFY(large.pixelColor(12, 4) != fill);
+
+        const ZruiRun clicked = run({"tabbar", "Plan", "Section", "--current", "0", "--do", "clickat:ZrTabBar@120,12"},
+                                    QStringLiteral(ZR_ZRUI_FILE), {{QStringLiteral("QT_SCALE_FACTOR"), QStringLiteral("2")}});
+        QCOMPARE(clicked.answerLine().value(QStringLiteral("current")).toInt(),
+                 run({"tabbar", "Plan", "Section", "--current", "0", "--do", "clickat:ZrTabBar@120,12"})
+                     .answerLine().value(QStringLiteral("current")).toInt());
+    }
+
     void messageBoxesAreToldOnStderr()
     {
         const ZruiRun r = run({"dialog", "MessageBox", "--param",

@@ -183,7 +183,17 @@ CXuDocument* CXuDocManager::addDocument(const ZrString& name)
     return d->current;
 }
 
-void CXuDocManager::setCurDocument(CXuDocument* doc) { d->current = doc; }
+void CXuDocManager::setCurDocument(CXuDocument* doc)
+{
+    if (doc == d->current)
+        return;
+    d->current = doc;
+    // Another drawing in front: the controls and views read it anew.
+    CZrGlobalUIReactorHelp event;
+    event.kind = kZrUiEventDocument;
+    event.database = doc ? doc->database() : nullptr;
+    zrHostPostUiEvent(event);
+}
 
 void CXuDocManager::closeDocument(CXuDocument* doc)
 {
