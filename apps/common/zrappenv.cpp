@@ -46,8 +46,15 @@ ZrHostControl::Options hostOptions(int theme)
 
 bool openStartDrawing(const QString& file, StartDrawing fallback, QString* error)
 {
-    if (!file.isEmpty())
-        return ZrHostControl::openDrawing(file, error);
+    if (!file.isEmpty()) {
+        QString notice;
+        if (!ZrHostControl::openDrawing(file, error, &notice))
+            return false;
+        // What a DXF drawing lost is said, as the host's open says it.
+        if (!notice.isEmpty())
+            printLine(stderr, QStringLiteral("%1: %2: %3").arg(QCoreApplication::applicationName(), file, notice));
+        return true;
+    }
     if (fallback == StartDrawing::Sample)
         ZrHostControl::openSampleDrawing();
     return true;

@@ -32,7 +32,8 @@ ZrHostControl::Options hostOptions(int theme);
 // What a run starts with when --drawing names no file.
 enum class StartDrawing { HostDefault, Sample };
 // Opens the --drawing file, else the start drawing. False, with a message that names the file and
-// the place in it, when the file cannot be read; the host keeps the drawing it had.
+// the place in it, when the file cannot be read; the host keeps the drawing it had. What the host left
+// out of a DXF drawing is said on stderr.
 bool openStartDrawing(const QString& file, StartDrawing fallback, QString* error);
 
 // Fusion with a restrained palette for the theme.

@@ -10,7 +10,6 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QFileInfo>
 
 namespace {
 
@@ -65,7 +64,7 @@ int main(int argc, char** argv)
 
     const QStringList dialogs = ZrApp::availableDialogs();
     ZrHostMainWindow window(dialogs);
-    window.setDrawingName(drawingFile.isEmpty() ? QStringLiteral("示例图纸") : QFileInfo(drawingFile).fileName());
+    window.setDrawingFile(drawingFile);
     window.appendToCommandLine(QStringLiteral("已加载模块 %1").arg(ZrHostSession::moduleFile()));
     window.appendToCommandLine(QStringLiteral("对话框: %1").arg(dialogs.join(QStringLiteral(", "))));
     window.appendToCommandLine(drawingFile.isEmpty() ? QStringLiteral("已打开示例图纸")

@@ -16,10 +16,14 @@
 #include "zrhosticons.h"
 #include "zrlayercombobox.h"
 #include "zrlayerpanel.h"
+#include "zrpdfexport.h"
+#include "zrplotsvr.h"
+#include "zrsystem.h"
 #include "zrui.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QDesktopServices>
 #include <QDockWidget>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -31,11 +35,38 @@
 #include <QVBoxLayout>
 #include <QStatusBar>
 #include <QToolBar>
+#include <QUrl>
 
 namespace {
 
 const QString kAppTitle = QStringLiteral("ZrQtBaseUtils 参考主机");
-const QString kDrawingFilter = QStringLiteral("图纸 (*.json);;所有文件 (*)");
+const QString kOpenFilter = QStringLiteral("图纸 (*.json *.dxf);;JSON 图纸 (*.json);;DXF 图纸 (*.dxf);;所有文件 (*)");
+const QString kSaveFilter = QStringLiteral("JSON 图纸 (*.json)");
+const QString kExportFilter = QStringLiteral("DWF (*.dwf);;DWFX (*.dwfx);;PDF (*.pdf)");
+const QString kPdfFilter = QStringLiteral("PDF (*.pdf)");
+// The file dialog remembers the folder of drawings it opened here, for the next run.
+const char kOpenSection[] = "CmdOpenFile";
+const char kOpenLastPath[] = "CmdOpen-openLastPath";
+
+QString lastDrawingFolder()
+{
+    const ZrJsonPtr section = zr_user_config(kOpenSection);
+    return section && section->isObject() ? section->GetVarSW(kOpenLastPath).toQString() : QString();
+}
+
+// A file dialog of the module in the host's manner: the help tag of documents, so that the dialog
+// remembers where drawings are.
+ZrJsonPtr fileDialogParam(const QString& caption, bool open, const QString& filter, const QString& defaultFilter)
+{
+    ZrJsonPtr param = ElementValue::createObject(kZrJsonObject);
+    param->SetDataS("caption", ZrUtf8String(caption));
+    param->SetDataB("Open", open);
+    param->SetDataSW("filter", ZrString(filter));
+    param->SetDataSW("defFilter", ZrString(defaultFilter));
+    param->SetDataSW("dir", ZrString(lastDrawingFolder()));
+    param->SetDataSW("helpDoc", ZrString(L"openDocument"));
+    return param;
+}
 
 // The module's colour box as the host's toolbar shows it: blank while the selected objects differ
 // in colour, as the layer box is, where the module's box keeps its last display.
@@ -83,7 +114,8 @@ struct ZrHostMainWindow::Data
     QStackedWidget* pages = nullptr;
     QWidget* startPage = nullptr;
     int drawingsMade = 0;
-    QString lastFolder;
+    // The file each drawing came from or went to last; none for the sample and new drawings.
+    QHash<const CXuDocument*, QString> drawingFiles;
 };
 
 namespace {
@@ -196,8 +228,12 @@ ZrHostMainWindow::ZrHostMainWindow(const QStringList& dialogs) : d(std::make_uni
 
     QMenu* fileMenu = menuBar()->addMenu(QStringLiteral("文件(&F)"));
     fileMenu->addAction(QStringLiteral("新建图纸(&N)"), this, [this] { newDrawing(); }, QKeySequence::New);
-    fileMenu->addAction(QStringLiteral("打开图纸(&O)…"), this, &ZrHostMainWindow::openDrawingFile, QKeySequence::Open);
-    fileMenu->addAction(QStringLiteral("保存图纸(&S)…"), this, &ZrHostMainWindow::saveDrawingFile, QKeySequence::Save);
+    fileMenu->addAction(QStringLiteral("打开图纸(&O)…"), this, &ZrHostMainWindow::openDrawingFile, QKeySequence::Open)
+        ->setObjectName(QStringLiteral("openDrawingAction"));
+    fileMenu->addAction(QStringLiteral("保存图纸(&S)…"), this, &ZrHostMainWindow::saveDrawingFile, QKeySequence::Save)
+        ->setObjectName(QStringLiteral("saveDrawingAction"));
+    fileMenu->addAction(QStringLiteral("输出 PDF(&P)…"), this, &ZrHostMainWindow::exportPdf)
+        ->setObjectName(QStringLiteral("exportPdfAction"));
     fileMenu->addSeparator();
     fileMenu->addAction(QStringLiteral("配色系统位置(&B)…"), this, &ZrHostMainWindow::chooseColorBookFolder)
         ->setObjectName(QStringLiteral("colorBookFolderAction"));
@@ -284,17 +320,18 @@ CXuDocument* ZrHostMainWindow::newDrawing()
     return document;
 }
 
-bool ZrHostMainWindow::openDrawingInNewTab(const QString& file, QString* error)
+bool ZrHostMainWindow::openDrawingInNewTab(const QString& file, QString* error, QString* notice)
 {
     CXuDocManager* documents = zrDocManagerPtr();
     CXuDocument* before = documents->curDocument();
     const QString name = QFileInfo(file).fileName();
     CXuDocument* document = documents->addDocument(ZrString(name));
-    if (!ZrHostControl::openDrawing(file, error)) {
+    if (!ZrHostControl::openDrawing(file, error, notice)) {
         documents->closeDocument(document);
         documents->setCurDocument(before);
         return false;
     }
+    d->drawingFiles.insert(document, QFileInfo(file).absoluteFilePath());
     d->documentTabs->addDocument(document, name, QFileInfo(file).absoluteFilePath());
     return true;
 }
@@ -319,6 +356,7 @@ bool ZrHostMainWindow::closeDrawingTab(int index)
         const QSignalBlocker quiet(d->documentTabs);
         d->documentTabs->removeTab(index);
     }
+    d->drawingFiles.remove(document);
     documents->closeDocument(document);
     appendToCommandLine(QStringLiteral("已关闭图纸 %1").arg(name));
     activateTab(d->documentTabs->currentIndex());
@@ -355,6 +393,28 @@ ZrLayoutTabBar* ZrHostMainWindow::layoutTabs() const
     return d->layoutTabs;
 }
 
+void ZrHostMainWindow::setDrawingFile(const QString& file)
+{
+    CXuDocument* document = zrDocManagerPtr()->curDocument();
+    if (file.isEmpty())
+        d->drawingFiles.remove(document);
+    else
+        d->drawingFiles.insert(document, QFileInfo(file).absoluteFilePath());
+    setDrawingName(file.isEmpty() ? QStringLiteral("示例图纸") : QFileInfo(file).fileName());
+}
+
+QString ZrHostMainWindow::drawingFile() const
+{
+    return d->drawingFiles.value(zrDocManagerPtr()->curDocument());
+}
+
+QString ZrHostMainWindow::drawingName() const
+{
+    // The tab's text may be elided; its tip holds the whole name or path.
+    const int index = d->documentTabs->indexOf(zrDocManagerPtr()->curDocument());
+    return index >= 0 ? QFileInfo(d->documentTabs->tabToolTip(index)).fileName() : QStringLiteral("图纸");
+}
+
 ZrDrawingView* ZrHostMainWindow::drawingView() const
 {
     return d->view;
@@ -377,43 +437,114 @@ void ZrHostMainWindow::runDialog(const QString& name)
     appendToCommandLine(QString::fromUtf8(ZrApp::answerLine(param, answer)));
 }
 
+ZrJsonPtr ZrHostMainWindow::runFileDialog(const ZrJsonPtr& param)
+{
+    const ZrJsonPtr answer = ZrApp::runDialog(QStringLiteral("FileDialogBox"), param, this);
+    if (!answer) {
+        const QString title = param->GetVarS("caption").toQString();
+        appendToCommandLine(QStringLiteral("%1: 界面模块没有文件对话框 (FileDialogBox)").arg(title));
+        ZrUiMessageBox(ZrString(title), ZrString(QStringLiteral("界面模块没有提供文件对话框 (FileDialogBox)，无法选择文件。")), 48,
+                       this);
+        return ZrJsonPtr();
+    }
+    return answer->GetVarI("result", -1) == 1 ? answer : ZrJsonPtr();
+}
+
 void ZrHostMainWindow::openDrawingFile()
 {
-    const QString file = QFileDialog::getOpenFileName(this, QStringLiteral("打开图纸"), d->lastFolder, kDrawingFilter);
-    if (file.isEmpty())
+    const ZrJsonPtr answer = runFileDialog(fileDialogParam(QStringLiteral("打开图纸"), true, kOpenFilter, QString()));
+    const ZrJsonPtr files = answer ? answer->GetVarJsonPtr("filePaths") : ZrJsonPtr();
+    if (!files || files->ArrayCount() < 1)
         return;
-    d->lastFolder = QFileInfo(file).absolutePath();
-    QString error;
-    if (!openDrawingInNewTab(file, &error)) {
+    openDrawingPath(files->at(0)->GetVarSW("path").toQString());
+}
+
+void ZrHostMainWindow::openDrawingPath(const QString& file)
+{
+    QString error, notice;
+    if (!openDrawingInNewTab(file, &error, &notice)) {
         appendToCommandLine(QStringLiteral("无法打开图纸: %1").arg(error));
         ZrUiMessageBox(L"打开图纸", ZrString(QStringLiteral("无法打开图纸。\n%1").arg(error)), 16, this);
         return;
     }
     appendToCommandLine(QStringLiteral("已打开图纸 %1").arg(file));
+    if (!notice.isEmpty()) {
+        appendToCommandLine(QStringLiteral("未能如实读入的对象: %1").arg(notice));
+        ZrUiMessageBox(L"打开图纸",
+                       ZrString(QStringLiteral("图纸已打开，但本主机未能如实读入其中一些对象。\n%1").arg(notice)), 64, this);
+    }
 }
 
 void ZrHostMainWindow::saveDrawingFile()
 {
-    QFileDialog dialog(this, QStringLiteral("保存图纸"), d->lastFolder, kDrawingFilter);
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setDefaultSuffix(QStringLiteral("json"));
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+    ZrJsonPtr param = fileDialogParam(QStringLiteral("保存图纸"), false, kSaveFilter, kSaveFilter);
+    if (!drawingFile().isEmpty())
+        param->SetDataSW("fileName", ZrString(QFileInfo(drawingFile()).completeBaseName() + QStringLiteral(".json")));
+    const ZrJsonPtr answer = runFileDialog(param);
+    if (!answer)
         return;
-    const QString file = dialog.selectedFiles().constFirst();
-    d->lastFolder = QFileInfo(file).absolutePath();
+    const QString file = answer->GetVarSW("filePath").toQString();
     QString error;
-    if (!ZrHostControl::saveDrawing(file, &error)) {
+    // The drawing is written as JSON only: a name that says DXF would mislead the next reader.
+    if (QFileInfo(file).suffix().compare(QLatin1String("dxf"), Qt::CaseInsensitive) == 0)
+        error = QStringLiteral("%1: 本主机只保存 JSON 图纸，不写 DXF").arg(file);
+    else if (!ZrHostControl::saveDrawing(file, &error) && error.isEmpty())
+        error = file;
+    if (!error.isEmpty()) {
         appendToCommandLine(QStringLiteral("无法保存图纸: %1").arg(error));
         ZrUiMessageBox(L"保存图纸", ZrString(QStringLiteral("无法保存图纸。\n%1").arg(error)), 16, this);
         return;
     }
-    setDrawingName(QFileInfo(file).fileName());
+    setDrawingFile(file);
     appendToCommandLine(QStringLiteral("已保存图纸 %1").arg(file));
+    // The next open starts where the drawing went.
+    const ZrJsonPtr section = zr_user_config(kOpenSection);
+    if (section && section->isObject()) {
+        section->SetDataSW(kOpenLastPath, ZrString(QFileInfo(file).absolutePath()));
+        zr_save_user_config("");
+    }
+}
+
+void ZrHostMainWindow::exportPdf()
+{
+    ZrJsonPtr param = fileDialogParam(QStringLiteral("输出 PDF"), false, kExportFilter, kPdfFilter);
+    param->SetDataB("bExport", true);
+    param->SetDataB("bPreview", false);
+    // The save dialog starts on the type of this index, not on "defFilter": PDF, after DWF and DWFX.
+    param->SetDataI("useFilterIdx", kExportFilter.split(QStringLiteral(";;")).indexOf(kPdfFilter));
+    const QString name = QFileInfo(drawingName()).completeBaseName();
+    param->SetDataSW("fileName", ZrString(name + QStringLiteral(".pdf")));
+    const ZrJsonPtr answer = runFileDialog(param);
+    if (!answer)
+        return;
+    const QString file = answer->GetVarSW("filePath").toQString();
+    const QString suffix = QFileInfo(file).suffix().toUpper();
+    const QString filter = answer->GetVarSW("useFilter").toQString();
+    if (suffix == QLatin1String("DWF") || suffix == QLatin1String("DWFX") || filter.startsWith(QLatin1String("DWF"))) {
+        const QString kind = suffix.startsWith(QLatin1String("DWF")) ? suffix : filter.section(QLatin1Char(' '), 0, 0);
+        appendToCommandLine(QStringLiteral("无法输出 %1: 本主机不能写 %2 文件").arg(file, kind));
+        ZrUiMessageBox(L"输出", ZrString(QStringLiteral("本主机不能写 %1 文件，只能输出 PDF。\n%2 没有写出。").arg(kind, file)), 48,
+                       this);
+        return;
+    }
+    const QRectF shown = d->view->drawingToWindow().inverted().mapRect(QRectF(d->view->rect()));
+    QString error;
+    if (!zrWriteLayoutPdf(file, zrPdfPageOfPlotService(shown, drawingName()), &error)) {
+        appendToCommandLine(QStringLiteral("无法输出 PDF: %1").arg(error));
+        ZrUiMessageBox(L"输出 PDF", ZrString(QStringLiteral("无法输出 PDF。\n%1").arg(error)), 16, this);
+        return;
+    }
+    appendToCommandLine(QStringLiteral("已输出 PDF %1").arg(file));
+    // The export panel keeps "open when done" in the plot service.
+    const ZrRxObjectPtr service = CXuSystem::instance()->serviceManager()->getService(ZrString(L"CXuPlotSvr"));
+    const CXuPlotSvr* plot = CXuPlotSvr::cast(service.get());
+    if (plot && plot->openInViewer())
+        QDesktopServices::openUrl(QUrl::fromLocalFile(file));
 }
 
 void ZrHostMainWindow::chooseColorBookFolder()
 {
-    const QString folder = QFileDialog::getExistingDirectory(this, QStringLiteral("配色系统位置"), d->lastFolder);
+    const QString folder = QFileDialog::getExistingDirectory(this, QStringLiteral("配色系统位置"), lastDrawingFolder());
     if (folder.isEmpty())
         return;
     const ZrJsonPtr settings = zr_user_config("");

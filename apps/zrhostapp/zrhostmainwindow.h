@@ -1,7 +1,9 @@
 #pragma once
 // The reference host's main window: the drawing view, the property toolbar with the module's layer
-// and colour boxes and Undo/Redo, the layer panel, the colour sample panel, the Dialogs menu and the
-// command line.
+// and colour boxes and Undo/Redo, the layer panel, the colour sample panel, the File menu (drawings
+// opened, saved and exported through the module's file dialog), the Dialogs menu and the command line.
+
+#include "zrjson.h"
 
 #include <QMainWindow>
 #include <memory>
@@ -24,11 +26,13 @@ public:
     void appendToCommandLine(const QString& line);
     // Names the current drawing in the title and on its tab.
     void setDrawingName(const QString& name);
+    // The file the current drawing came from or went to, which names it; empty for the sample drawing.
+    void setDrawingFile(const QString& file);
     // A new empty drawing in a tab of its own, as "+" makes it.
     CXuDocument* newDrawing();
-    // Opens a drawing file in a tab of its own; on error the open drawings stay as they were and
-    // `error` names the place.
-    bool openDrawingInNewTab(const QString& file, QString* error);
+    // Opens a drawing file (JSON or DXF) in a tab of its own; on error the open drawings stay as they
+    // were and `error` names the place; `notice` tells what a DXF drawing lost.
+    bool openDrawingInNewTab(const QString& file, QString* error, QString* notice = nullptr);
     // Closes the drawing of a document tab, asking first when it was changed; false when the user
     // kept it.
     bool closeDrawingTab(int index);
@@ -40,10 +44,20 @@ public:
     ZrLayoutTabBar* layoutTabs() const;
 
 private:
+    // The file of the current drawing, empty when it has none; its name as its tab tells it.
+    QString drawingFile() const;
+    QString drawingName() const;
     // Runs a dialog with its sample parameter and writes the answer line to the command line.
     void runDialog(const QString& name);
+    // 文件 → 打开图纸…, 保存图纸… and 输出 PDF… through the module's file dialog.
     void openDrawingFile();
     void saveDrawingFile();
+    void exportPdf();
+    // Opens a drawing file (JSON or DXF), saying what went wrong or what a DXF drawing lost.
+    void openDrawingPath(const QString& file);
+    // The file dialog's answer on OK; null when it was cancelled, or when the module has no file
+    // dialog, which the user is told.
+    ZrJsonPtr runFileDialog(const ZrJsonPtr& param);
     // Points the colour book folders at one folder: written to the user configuration and read again
     // by the next colour dialog.
     void chooseColorBookFolder();

@@ -18,7 +18,10 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QPainter>
+#include <QLabel>
+#include <QTemporaryDir>
 #include <QTest>
+#include <QTreeView>
 #include <QWindow>
 
 #include <algorithm>
@@ -40,6 +43,9 @@ bool savePng(const QPixmap& picture, const QString& file)
 }
 
 bool saveGrab(QWidget* widget, const QString& file) { return savePng(widget->grab(), file); }
+
+// How long the window may take to show the selection, and a dialog its content.
+constexpr int kSettleMs = 5000;
 
 struct Candidate
 {
@@ -141,26 +147,87 @@ bool writeMessageBox(ZrHostMainWindow* window, const QString& file)
     return written;
 }
 
-// The colour dialog on the tab its colour opens, drawn where it stands over the main window, and
-// closed as its close button would.
-bool writeColorDialog(ZrHostMainWindow* window, const QString& file, const ZrJsonPtr& param)
+// A dialog of the module drawn where it stands over the main window, once `ready` says it is (at once
+// without it), and closed as its close button would.
+bool writeDialog(ZrHostMainWindow* window, const QString& file, const QString& name, const ZrJsonPtr& param,
+                 std::function<bool(QWidget*)> ready = nullptr)
 {
     QObject dialogWatch;
     bool written = false;
-    ZrApp::whenModalShown(&dialogWatch, [window, &file, &written](QWidget* dialog) {
-        QPixmap picture = window->grab();
-        QPainter painter(&picture);
-        painter.drawPixmap(window->mapFromGlobal(dialog->mapToGlobal(QPoint(0, 0))), dialog->grab());
-        painter.end();
-        written = savePng(picture, file);
-        dialog->close();
+    ZrApp::whenModalShown(&dialogWatch, [window, &file, &written, ready](QWidget* dialog) {
+        const auto grab = [window, &file, &written, dialog] {
+            QPixmap picture = window->grab();
+            QPainter painter(&picture);
+            painter.drawPixmap(window->mapFromGlobal(dialog->mapToGlobal(QPoint(0, 0))), dialog->grab());
+            painter.end();
+            written = savePng(picture, file);
+            dialog->close();
+        };
+        if (!ready)
+            return grab();
+        auto waited = std::make_shared<QElapsedTimer>();
+        waited->start();
+        ZrApp::when(dialog, [dialog, ready, waited] { return ready(dialog) || waited->hasExpired(kSettleMs); }, grab);
     });
-    const QString name = QStringLiteral("ColorDialog");
     const ZrJsonPtr answer = ZrApp::runDialog(name, param, window);
     const QString line = QString::fromUtf8(ZrApp::answerLine(param, answer));
     window->appendToCommandLine(line);
     ZrApp::printLine(stdout, line);
     return written;
+}
+
+// The colour dialog on the tab its colour opens.
+bool writeColorDialog(ZrHostMainWindow* window, const QString& file, const ZrJsonPtr& param)
+{
+    return writeDialog(window, file, QStringLiteral("ColorDialog"), param);
+}
+
+// The file dialog of an export to PDF, with the export panel in place of the preview, in `folder`.
+bool writeExportPanel(ZrHostMainWindow* window, const QString& file, const QString& folder)
+{
+    const ZrJsonPtr param = ElementValue::createObject(2);
+    param->SetDataB("Open", false);
+    param->SetDataB("bExport", true);
+    param->SetDataB("bPreview", false);
+    param->SetDataSW("caption", ZrString(L"输出 PDF"));
+    param->SetDataSW("filter", ZrString(L"PDF (*.pdf)"));
+    param->SetDataSW("defFilter", ZrString(L"PDF (*.pdf)"));
+    param->SetDataSW("dir", ZrString(folder));
+    return writeDialog(window, file, QStringLiteral("FileDialogBox"), param);
+}
+
+// An open of images on a folder with one floor plan picture of our own, the side bar on
+// the left and the picture's preview on the right, drawn once the list and the preview are filled.
+bool writeFileDialog(ZrHostMainWindow* window, const QString& file)
+{
+    QTemporaryDir folder;
+    const QString picture = folder.filePath(QStringLiteral("平面图.svg"));
+    QString error;
+    const QByteArray plan = R"(<svg xmlns="http://www.w3.org/2000/svg" width="300" height="200" viewBox="0 0 300 200">
+<rect width="300" height="200" fill="#ffffff"/>
+<g fill="none" stroke="#2d3a4a" stroke-width="6"><rect x="20" y="20" width="260" height="160"/>
+<path d="M150 20 V110 M20 110 H110 M190 110 H280 M150 150 V180"/></g>
+<g fill="#c9dcef"><rect x="26" y="26" width="118" height="78"/><rect x="156" y="26" width="118" height="78"/></g>
+<path d="M110 110 A40 40 0 0 1 150 70" fill="none" stroke="#7a8694" stroke-width="2"/>
+<text x="60" y="150" font-size="18" fill="#2d3a4a">客厅</text><text x="200" y="150" font-size="18" fill="#2d3a4a">卧室</text>
+</svg>)";
+    if (!folder.isValid() || !zrHostSaveFile(picture, plan, &error)) {
+        ZrApp::printLine(stderr, QStringLiteral("zrhostapp: %1").arg(error));
+        return false;
+    }
+    const ZrJsonPtr param = ElementValue::createObject(2);
+    param->SetDataB("Open", true);
+    param->SetDataSW("caption", ZrString(L"打开图纸"));
+    param->SetDataSW("filter", ZrString(L"图像 (*.svg *.png);;图纸 (*.dwg)"));
+    param->SetDataSW("dir", ZrString(folder.path()));
+    param->SetDataSW("saveDefName", ZrString(picture));
+    const auto filled = [](QWidget* dialog) {
+        const auto* preview = dialog->findChild<QLabel*>(QStringLiteral("previewLabel"));
+        const auto* view = dialog->findChild<QTreeView*>();
+        return preview && !preview->pixmap(Qt::ReturnByValue).isNull() && view
+            && view->model()->rowCount(view->rootIndex()) == 1;
+    };
+    return writeDialog(window, file, QStringLiteral("FileDialogBox"), param, filled);
 }
 
 // A true colour without book names, which opens the dialog on the true colour tab.
@@ -183,9 +250,6 @@ bool writeTabBar(ZrHostMainWindow* window, const QString& file)
     tabs->repaint();
     return saveGrab(tabs, file);
 }
-
-// How long the window may take to show the selection.
-constexpr int kSettleMs = 5000;
 
 } // namespace
 
@@ -220,6 +284,9 @@ void takeScreenshots(ZrHostMainWindow* window, const QString& dir)
                                     ElementValue::parse(kTrueColorParam))
                 && writeColorDialog(window, out.filePath(QStringLiteral("color-dialog-book.png")),
                                     ElementValue::parse(kBookColorParam))
+                && writeExportPanel(window, out.filePath(QStringLiteral("export-panel.png")), out.path())
+                && writeFileDialog(window, out.filePath(QStringLiteral("file-dialog.png")))
+                // Last: it opens two more drawings.
                 && writeTabBar(window, out.filePath(QStringLiteral("tab-bar.png")));
             QApplication::exit(written ? 0 : 1);
         });

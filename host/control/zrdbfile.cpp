@@ -21,9 +21,6 @@ namespace {
 constexpr char kFormat[] = "zrdrawing";
 constexpr int kVersion = 1;
 constexpr int kMaxTableCells = 1000;
-// Coordinates, sizes, scales and angles beyond this lose every unit of a drawing to rounding and
-// overflow once multiplied: the host does not hold them.
-constexpr double kLargestValue = 1e15;
 // Values quoted in messages are cut here, so that a huge one cannot flood the user.
 constexpr int kQuotedLength = 40;
 
@@ -179,10 +176,10 @@ private:
         const double value = found->safeRealValue();
         if (!std::isfinite(value))
             fault(key, QStringLiteral("is not a finite number"));
-        if (std::fabs(value) > kLargestValue)
+        if (std::fabs(value) > kZrDbLargestValue)
             fault(key, QStringLiteral("%1 is beyond the largest value a drawing holds, %2")
                            .arg(excerpt(QString::fromStdString(found->toJson().std())))
-                           .arg(kLargestValue));
+                           .arg(kZrDbLargestValue));
         return value;
     }
     ZrGePoint3d pointOf(const ZrJsonPtr& found, const char* key) const

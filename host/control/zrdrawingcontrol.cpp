@@ -3,6 +3,7 @@
 #include "zrdbfile.h"
 #include "zrdbpaint.h"
 #include "zrdbundo.h"
+#include "zrdxffile.h"
 #include "zrdocument.h"
 #include "zrhostdocuments.h"
 #include "zrsavefile.h"
@@ -10,6 +11,7 @@
 #include "zruievents.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 namespace {
 
@@ -26,19 +28,46 @@ void makeCurrent(ZrDbDatabase* database)
 
 ZrDbDatabase* newDatabase(bool defaults) { return new ZrRxObjectImpl<ZrDbDatabase>(defaults); }
 
+// A drawing file larger than this is no drawing the host could hold in memory.
+constexpr qint64 kMaxDrawingFileSize = qint64(1) << 30;
+
 } // namespace
 
 namespace ZrHostControl {
 
-bool openDrawing(const QString& path, QString* error)
+bool openDrawing(const QString& path, QString* error, QString* notice)
 {
+    if (notice)
+        notice->clear();
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         if (error)
             *error = QStringLiteral("%1: %2").arg(path, file.errorString());
         return false;
     }
-    return openDrawingText(file.readAll(), path, error);
+    if (file.size() > kMaxDrawingFileSize) {
+        if (error)
+            *error = QStringLiteral("%1: the file is larger than %2 MB").arg(path).arg(kMaxDrawingFileSize >> 20);
+        return false;
+    }
+    const QByteArray text = file.readAll();
+    if (QFileInfo(path).suffix().compare(QLatin1String("dxf"), Qt::CaseInsensitive) == 0)
+        return openDxfText(text, path, error, notice);
+    return openDrawingText(text, path, error);
+}
+
+bool openDxfText(const QByteArray& text, const QString& origin, QString* error, QString* notice)
+{
+    ZrDbDatabase* database = newDatabase(true);
+    QString fault;
+    if (!zrdbReadDxf(database, text, &fault, notice)) {
+        zrrxRelease(database);
+        if (error)
+            *error = QStringLiteral("%1: %2").arg(origin, fault);
+        return false;
+    }
+    makeCurrent(database);
+    return true;
 }
 
 bool openDrawingText(const QByteArray& text, const QString& origin, QString* error)

@@ -18,10 +18,14 @@ class ZrDbEntity;
 
 namespace ZrHostControl {
 
-// Reads a drawing file (JSON) into a new database and makes it the current document's. On error
-// the open drawing stays as it was and `error` names the place: file, line and column, or the
-// object and field at fault.
-ZRHOSTCONTROL_EXPORT bool openDrawing(const QString& path, QString* error = nullptr);
+// Reads a drawing file into a new database and makes it the current document's: JSON as the host
+// writes it, or DXF by the file's ".dxf" ending. On error the open drawing stays as it was and
+// `error` names the place: file, line and column, or the object and field at fault. `notice` counts
+// the objects of a DXF drawing that the host left out or drew approximately; empty when none were.
+ZRHOSTCONTROL_EXPORT bool openDrawing(const QString& path, QString* error = nullptr, QString* notice = nullptr);
+// DXF text into a new current drawing, as above; `origin` names the source in messages.
+ZRHOSTCONTROL_EXPORT bool openDxfText(const QByteArray& text, const QString& origin, QString* error = nullptr,
+                                      QString* notice = nullptr);
 // The same from text; `origin` names the source in messages.
 ZRHOSTCONTROL_EXPORT bool openDrawingText(const QByteArray& text, const QString& origin, QString* error = nullptr);
 // The built-in sample drawing.

@@ -24,10 +24,22 @@ public:
     int bytesPerRow() const { return m_width * 4; }
     const uint32_t* scanLine(int row) const { return m_pixels.data() + static_cast<size_t>(row) * m_width; }
     uint32_t* scanLine(int row) { return m_pixels.data() + static_cast<size_t>(row) * m_width; }
+    // Pixels a metre, as a BMP file stores its resolution; 0 when unknown.
+    int xPelsPerMeter() const { return m_xPelsPerMeter; }
+    int yPelsPerMeter() const { return m_yPelsPerMeter; }
+    void setPelsPerMeter(int x, int y)
+    {
+        m_xPelsPerMeter = x;
+        m_yPelsPerMeter = y;
+    }
+    // Bytes of one row of a BMP file of that width and depth: rows are padded to 4 bytes.
+    static uint64_t calcBMPScanLineSize(uint64_t width, int bits) { return (width * unsigned(bits) + 31) / 32 * 4; }
 
 private:
     int m_width;
     int m_height;
+    int m_xPelsPerMeter = 0;
+    int m_yPelsPerMeter = 0;
     std::vector<uint32_t> m_pixels;
 };
 

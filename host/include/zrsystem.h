@@ -2,6 +2,7 @@
 // The root of the host: services by name, documents, the main window.
 
 #include "zrarray.h"
+#include "zrjson.h"
 #include "zrhost_export.h"
 #include "zrrxobject.h"
 #include "zrstring.h"
@@ -79,6 +80,10 @@ public:
     CXuPathService* pathService();
     // True when a drawing is current and its view window exists.
     bool isActiveViewReady() const;
+    // A value of the host's profile, by section and key: the user configuration's "Profile" object
+    // first, else the host's default (section "General", key "ZRAPP": the support folders, a ";" list).
+    // A null handle for a value that has neither.
+    ZrJsonPtr getProfileValue(const ZrUtf8String& section, const ZrUtf8String& key) const;
 
 private:
     CXuSystem();

@@ -2,6 +2,7 @@
 #include "qt_common_ui_p.h"
 
 #include "qt_colordialog.h"
+#include "qt_filedialog.h"
 #include "qt_messagebox.h"
 #include "zrglobaluireactor.h"
 
@@ -33,6 +34,10 @@ void unloadModule()
 
 const ZrQtDialogEntry kDialogs[] = {
     {L"MessageBox", &createModalDialog<ZrQtMessageBox>, ZrQtDialogParent::OverModal},
+    {L"FileDialogBox", [](QWidget* parent) { return ZrQtFileDialog::createObject(parent); },
+     ZrQtDialogParent::TargetWindow},
+    {L"FileNavDialogBox", [](QWidget* parent) { return ZrQtFileDialog::createObject(parent); },
+     ZrQtDialogParent::TargetWindow},
     {L"ColorDialog", [](QWidget* parent) { return ZrQtColorDialog::createObject(parent); },
      ZrQtDialogParent::TargetWindow},
 };

@@ -382,6 +382,56 @@ private Q_SLOTS:
         QVERIFY(!names.contains("About"));
     }
 
+    // The file dialog's accept rules as a user meets them through zrui: typed names and Return,
+    // and the overwrite question answered by its mnemonics.
+    void fileDialogAcceptsTypedNames_data()
+    {
+        QTest::addColumn<QString>("steps");
+        QTest::addColumn<int>("result");
+        QTest::addColumn<QString>("fileName");
+        QTest::addColumn<QString>("box");
+        QTest::newRow("invalid name") << "type:a|b;key:Return" << 2 << "" << R"(message box "": "a|b"\n文件名无效。)";
+        QTest::newRow("plain name") << "type:plain;key:Return" << 1 << "plain.dwg" << "";
+        // No leaves the file dialog on top: the next name typed is saved.
+        QTest::newRow("keep the old file") << "type:old;key:Return;key:Alt+N;key:Ctrl+A;type:new;key:Return" << 1
+                                           << "new.dwg"
+                                           << R"(message box "确认另存为": old.dwg  已存在。\n要替换它吗？)";
+        QTest::newRow("replace it") << "type:old;key:Return;key:Alt+Y" << 1 << "old.dwg"
+                                    << R"(message box "确认另存为": old.dwg  已存在。\n要替换它吗？)";
+    }
+    void fileDialogAcceptsTypedNames()
+    {
+        QFETCH(QString, steps);
+        QFETCH(int, result);
+        QFETCH(QString, fileName);
+        QFETCH(QString, box);
+        const QString folder = tempPath(QStringLiteral("drawings"));
+        QVERIFY(QDir().mkpath(folder));
+        QFile old(folder + QStringLiteral("/old.dwg"));
+        QVERIFY(old.open(QIODevice::WriteOnly));
+        old.close();
+        const QString param = QStringLiteral(R"x({"Open":false,"dir":"%1","filter":"图纸 (*.dwg)","defFilter":"图纸 (*.dwg)"})x")
+                                  .arg(folder);
+        // A refused name leaves the dialog open; the timeout closes it as its close button would.
+        const ZruiRun r = run({"dialog", "FileDialogBox", "--param", param, "--do", steps, "--timeout-ms", "3000"});
+        QVERIFY2(r.finished && r.exitCode == 0, qPrintable(r.err));
+        const QJsonObject answer = r.answerLine().value("answer").toObject();
+        QCOMPARE(answer.value("result").toInt(), result);
+        QCOMPARE(answer.value("fileName").toString(), fileName);
+        if (result == 1)
+            QCOMPARE(answer.value("filePath").toString(), folder + '/' + fileName);
+        if (!box.isEmpty())
+            QVERIFY2(r.err.contains(box), qPrintable(r.err));
+        QCOMPARE(r.err.count(QStringLiteral("zrui: message box")), box.isEmpty() ? 0 : 1);
+    }
+
+    void bothFileDialogNamesAreListed()
+    {
+        const ZruiRun r = run({"list"});
+        const QStringList names = QString::fromUtf8(r.out).split('\n', Qt::SkipEmptyParts);
+        QVERIFY2(names.contains("FileDialogBox") && names.contains("FileNavDialogBox"), r.out.constData());
+    }
+
     void screenshotsArePngsOfTheDialogInItsTheme()
     {
         QImage shots[2];
@@ -412,7 +462,7 @@ private Q_SLOTS:
         QVERIFY2(r.finished, "zrhostapp did not end");
         QVERIFY2(r.exitCode == 0, qPrintable(r.err));
         for (const char* name : {"main-window.png", "message-box.png", "color-dialog.png", "color-dialog-true.png",
-                                 "color-dialog-book.png"}) {
+                                 "color-dialog-book.png", "export-panel.png", "file-dialog.png"}) {
             const QImage shot(QDir(dir).filePath(QLatin1String(name)));
             QVERIFY2(!shot.isNull(), name);
             QVERIFY2(r.out.contains(name), r.out.constData());

@@ -162,6 +162,18 @@ ZrJsonPtr configNode(const ZrJsonPtr& root, const ZrUtf8String& path, bool creat
     return node;
 }
 
+// The open command's section with its two last folders, empty until a file dialog remembers one.
+void addOpenFileSection(const ZrJsonPtr& user)
+{
+    ZrJsonPtr section = configNode(user, "CmdOpenFile", true);
+    if (!section || !section->isObject())
+        return;
+    for (const char* key : {"CmdOpen-openLastPath", "CmdOpen-newLastPath"}) {
+        if (!section->hasProperty(key))
+            section->SetDataS(key, "");
+    }
+}
+
 } // namespace
 
 ZrJsonPtr zr_user_config(const ZrUtf8String& path, int mode)
@@ -209,6 +221,7 @@ void zrHostOpenConfig(const QString& folder, const QString& resourceRoot, const 
         state.userFile = QDir(configDir).filePath(QStringLiteral("user-config.json"));
         state.user = readUserConfig(state.userFile, state.userWritable);
     }
+    addOpenFileSection(state.user);
     state.runtime = ElementValue::createObject(kZrJsonObject);
     state.runtime->SetDataS("ResRootPath", ZrUtf8String(resourceRoot));
     state.runtime->SetDataJ("paths", objectWith("templatePaths", ZrUtf8String(configDir + "/Template")));

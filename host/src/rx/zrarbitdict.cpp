@@ -3,6 +3,7 @@
 #include "zrarbitdict.h"
 
 #include "zrhostservices.h"
+#include "zrplotsvr.h"
 #include "zrreactor.h"
 #include "zrsystem.h"
 
@@ -67,6 +68,8 @@ void zrHostStartServices()
     zrrxRelease(commands);
     state.numbered[3] = ZrRxObjectPtr(new ZrRxObjectImpl<ZrDbDatabaseService>(), kZrAttach);
     zr_arbitDict_regservice(1, ZrRxObjectPtr(new ZrRxObjectImpl<CXuSysHelpSvr>(), kZrAttach));
+    CXuSystem::instance()->serviceManager()->registerService(
+        ZrString(L"CXuPlotSvr"), ZrRxObjectPtr(new ZrRxObjectImpl<CXuPlotSvr>(), kZrAttach));
 }
 
 void zrHostStopServices()
@@ -75,5 +78,6 @@ void zrHostStopServices()
     while (!state.slots.empty())
         zr_arbitDict_clearservice(state.slots.rbegin()->first);
     state.numbered.clear();
+    CXuSystem::instance()->serviceManager()->removeService(ZrString(L"CXuPlotSvr"));
     zrrxRelease(std::exchange(state.registry, nullptr));
 }

@@ -1,0 +1,3 @@
+#include "zrsecurity.h"
+
+ZR_RX_DEFINE_MEMBERS(CXuSecurity, ZrRxObject)
