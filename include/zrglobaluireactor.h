@@ -12,12 +12,16 @@
 #include "zrstring.h"
 
 #include <QEvent>
+#include <QMetaType>
 #include <QtGlobal>
 #include <cstdint>
 #include <memory>
 
 class QObject;
 class ZrDbEntity;
+
+// The items of the drawing-bound controls carry their record's id in Qt::UserRole.
+Q_DECLARE_METATYPE(ZrDbObjectId)
 
 namespace ZrGlobalUIReactorHelp {
 

@@ -1,6 +1,7 @@
 #include "zrhostmainwindow.h"
 
 #include "uicolorbookmng.h"
+#include "zrarbitdict.h"
 #include "zrcolorcombobox.h"
 #include "zrcolorsamplepanel.h"
 #include "zrcommandpanel.h"
@@ -11,13 +12,17 @@
 #include "zrdocumenttabbar.h"
 #include "zrdrawingcontrol.h"
 #include "zrdrawingview.h"
+#include "zrhostappservices.h"
 #include "zrhostcontrol.h"
 #include "zrhostevents.h"
 #include "zrhosticons.h"
 #include "zrlayercombobox.h"
 #include "zrlayerpanel.h"
+#include "zrlinetypecombobox.h"
+#include "zrlinewidthcombobox.h"
 #include "zrpdfexport.h"
 #include "zrplotsvr.h"
+#include "zrreactor.h"
 #include "zrsystem.h"
 #include "zrui.h"
 
@@ -68,6 +73,26 @@ ZrJsonPtr fileDialogParam(const QString& caption, bool open, const QString& filt
     return param;
 }
 
+// The host's command behind 格式 → 线宽… and the lineweight box's settings item ("_LWEIGHT").
+const wchar_t kHostCommandGroup[] = L"ZRHOST";
+const wchar_t kLineWeightCommand[] = L"LWEIGHT";
+ZrHostMainWindow* g_lineWeightWindow = nullptr;
+
+// The view regenerated, as after an undo or a change of the drawing's settings: the property boxes,
+// which refuse the variable events themselves, follow on this event.
+void regenerateView()
+{
+    CZrGlobalUIReactorHelp regenerated;
+    regenerated.kind = kZrUiEventView;
+    regenerated.database = curDatabase();
+    ZrHostControl::postUiEvent(regenerated);
+}
+
+ZrEdCommandStack* hostCommands()
+{
+    return ZrEdCommandStack::cast(zrrxSysRegistry() ? zrrxSysRegistry()->at(ACRX_COMMAND_DOCK) : nullptr);
+}
+
 // The module's colour box as the host's toolbar shows it: blank while the selected objects differ
 // in colour, as the layer box is, where the module's box keeps its last display.
 class ZrHostColorComboBox : public ZrColorComboBox
@@ -78,6 +103,23 @@ public:
     void onUpdateUI() override
     {
         ZrColorComboBox::onUpdateUI();
+        if (getPickFirstInfo()->status != ZrGlobalUIReactorHelp::SPickFirstInfo::kVaries)
+            return;
+        ZrQtBlockSignalUtil blocker(this);
+        QComboBox::setCurrentIndex(-1);
+    }
+};
+
+// The module's line type box as the host's toolbar shows it: blank while the selected objects
+// differ in line type, as the layer and colour boxes are, where the module's box keeps its item.
+class ZrHostLineTypeComboBox : public ZrLineTypeComboBox
+{
+public:
+    explicit ZrHostLineTypeComboBox(QWidget* parent) : ZrLineTypeComboBox(true, parent) {}
+
+    void onUpdateUI() override
+    {
+        ZrLineTypeComboBox::onUpdateUI();
         if (getPickFirstInfo()->status != ZrGlobalUIReactorHelp::SPickFirstInfo::kVaries)
             return;
         ZrQtBlockSignalUtil blocker(this);
@@ -104,6 +146,8 @@ struct ZrHostMainWindow::Data
     ZrDrawingView* view = nullptr;
     ZrLayerComboBox* layerBox = nullptr;
     ZrColorComboBox* colorBox = nullptr;
+    ZrLineTypeComboBox* lineTypeBox = nullptr;
+    ZrLineWidthComboBox* lineWeightBox = nullptr;
     ZrCommandPanel* commandLine = nullptr;
     QAction* undo = nullptr;
     QAction* redo = nullptr;
@@ -183,6 +227,7 @@ ZrHostMainWindow::ZrHostMainWindow(const QStringList& dialogs) : d(std::make_uni
     d->undo->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
     connect(d->undo, &QAction::triggered, this, [this] {
         ZrHostControl::undo();
+        regenerateView();
         refreshUndoActions();
     });
     d->redo = new QAction(ZrHostIcons::redo(palette()), QStringLiteral("重做"), this);
@@ -190,6 +235,7 @@ ZrHostMainWindow::ZrHostMainWindow(const QStringList& dialogs) : d(std::make_uni
     d->redo->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_Y), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)});
     connect(d->redo, &QAction::triggered, this, [this] {
         ZrHostControl::redo();
+        regenerateView();
         refreshUndoActions();
     });
 
@@ -215,6 +261,22 @@ ZrHostMainWindow::ZrHostMainWindow(const QStringList& dialogs) : d(std::make_uni
     d->colorBox->setToolTip(QStringLiteral("选中对象的颜色；未选中时为当前颜色 (CECOLOR)"));
     colorLabel->setBuddy(d->colorBox);
     properties->addWidget(d->colorBox);
+    auto* lineTypeLabel = new QLabel(QStringLiteral(" 线型 "), properties);
+    properties->addWidget(lineTypeLabel);
+    d->lineTypeBox = new ZrHostLineTypeComboBox(properties);
+    d->lineTypeBox->setObjectName(QStringLiteral("lineTypeComboBox"));
+    d->lineTypeBox->setMinimumWidth(200);
+    d->lineTypeBox->setToolTip(QStringLiteral("选中对象的线型；未选中时为当前线型 (CELTYPE)"));
+    lineTypeLabel->setBuddy(d->lineTypeBox);
+    properties->addWidget(d->lineTypeBox);
+    auto* lineWeightLabel = new QLabel(QStringLiteral(" 线宽 "), properties);
+    properties->addWidget(lineWeightLabel);
+    d->lineWeightBox = new ZrLineWidthComboBox(true, 7, properties, true);
+    d->lineWeightBox->setObjectName(QStringLiteral("lineWeightComboBox"));
+    d->lineWeightBox->setMinimumWidth(160);
+    d->lineWeightBox->setToolTip(QStringLiteral("选中对象的线宽；未选中时为当前线宽 (CELWEIGHT)"));
+    lineWeightLabel->setBuddy(d->lineWeightBox);
+    properties->addWidget(d->lineWeightBox);
 
     auto* layerDock = addDock(this, QStringLiteral("图层"), QStringLiteral("layerDock"),
                               new ZrLayerPanel(d->events), Qt::RightDockWidgetArea);
@@ -243,6 +305,16 @@ ZrHostMainWindow::ZrHostMainWindow(const QStringList& dialogs) : d(std::make_uni
     QMenu* editMenu = menuBar()->addMenu(QStringLiteral("编辑(&E)"));
     editMenu->addAction(d->undo);
     editMenu->addAction(d->redo);
+
+    QMenu* formatMenu = menuBar()->addMenu(QStringLiteral("格式(&O)"));
+    formatMenu->addAction(QStringLiteral("线宽(&W)…"), this, &ZrHostMainWindow::openLineWeightSettings)
+        ->setObjectName(QStringLiteral("lineWeightAction"));
+    g_lineWeightWindow = this;
+    if (ZrEdCommandStack* commands = hostCommands())
+        commands->addCommand(kHostCommandGroup, kLineWeightCommand, kLineWeightCommand, 0, [] {
+            if (g_lineWeightWindow)
+                g_lineWeightWindow->openLineWeightSettings();
+        });
 
     QMenu* dialogMenu = menuBar()->addMenu(QStringLiteral("对话框(&D)"));
     for (const QString& name : dialogs)
@@ -287,10 +359,16 @@ ZrHostMainWindow::ZrHostMainWindow(const QStringList& dialogs) : d(std::make_uni
     ZrHostControl::setMainWindow(this);
     ZrHostControl::setTargetWindow(this);
     ZrHostControl::setViewWindow(d->view);
+    // The property boxes show the drawing's current values from the start, not the first item of
+    // their lists.
+    regenerateView();
 }
 
 ZrHostMainWindow::~ZrHostMainWindow()
 {
+    if (ZrEdCommandStack* commands = hostCommands())
+        commands->removeCmd(kHostCommandGroup, kLineWeightCommand);
+    g_lineWeightWindow = nullptr;
     ZrHostControl::setMainWindow(nullptr);
     ZrHostControl::setTargetWindow(nullptr);
     ZrHostControl::setViewWindow(nullptr);
@@ -430,10 +508,37 @@ ZrColorComboBox* ZrHostMainWindow::colorBox() const
     return d->colorBox;
 }
 
+ZrLineTypeComboBox* ZrHostMainWindow::lineTypeBox() const
+{
+    return d->lineTypeBox;
+}
+
+ZrLineWidthComboBox* ZrHostMainWindow::lineWeightBox() const
+{
+    return d->lineWeightBox;
+}
+
+void ZrHostMainWindow::openLineWeightSettings()
+{
+    const ZrRxObjectPtr settings(new ZrRxObjectImpl<CXuHostAppServices>(), kZrAttach);
+    const ZrJsonPtr param = ElementValue::createObject(kZrJsonObject);
+    // The five settings the dialog writes at OK are one step of the history.
+    ZrHostControl::beginUndoStep(ZrString(L"线宽"));
+    const ZrJsonPtr answer = zruiShowModelDialogEx(ZrApp::kUiServiceSlot, ZrString(L"LineWeightDialog"), param,
+                                                   settings, this);
+    ZrHostControl::endUndoStep();
+    appendToCommandLine(QString::fromUtf8(ZrApp::answerLine(param, answer)));
+    if (answer && answer->GetVarI("result", -1) == 1)
+        regenerateView();
+}
+
 void ZrHostMainWindow::runDialog(const QString& name)
 {
     const ZrJsonPtr param = ZrApp::sampleParam(name);
+    // Whatever a dialog changes in the drawing (the lineweight settings, say) is one step of the history.
+    ZrHostControl::beginUndoStep(ZrString(name));
     const ZrJsonPtr answer = ZrApp::runDialog(name, param, this);
+    ZrHostControl::endUndoStep();
     appendToCommandLine(QString::fromUtf8(ZrApp::answerLine(param, answer)));
 }
 

@@ -1,7 +1,8 @@
 #pragma once
-// The reference host's main window: the drawing view, the property toolbar with the module's layer
-// and colour boxes and Undo/Redo, the layer panel, the colour sample panel, the File menu (drawings
-// opened, saved and exported through the module's file dialog), the Dialogs menu and the command line.
+// The reference host's main window: the drawing tabs, the drawing view, the property toolbar with
+// the module's layer, colour, line type and lineweight boxes and Undo/Redo, the layer panel, the
+// colour sample panel, the File menu (drawings opened, saved and exported through the module's file
+// dialog), the Format and Dialogs menus and the command line.
 
 #include "zrjson.h"
 
@@ -14,6 +15,8 @@ class ZrDocumentTabBar;
 class ZrDrawingView;
 class ZrLayerComboBox;
 class ZrLayoutTabBar;
+class ZrLineTypeComboBox;
+class ZrLineWidthComboBox;
 
 class ZrHostMainWindow : public QMainWindow
 {
@@ -42,6 +45,10 @@ public:
     ZrColorComboBox* colorBox() const;
     ZrDocumentTabBar* documentTabs() const;
     ZrLayoutTabBar* layoutTabs() const;
+    ZrLineTypeComboBox* lineTypeBox() const;
+    ZrLineWidthComboBox* lineWeightBox() const;
+    // 格式 → 线宽…: the lineweight settings of the drawing, changed as one undo step.
+    void openLineWeightSettings();
 
 private:
     // The file of the current drawing, empty when it has none; its name as its tab tells it.

@@ -230,6 +230,24 @@ bool writeFileDialog(ZrHostMainWindow* window, const QString& file)
     return writeDialog(window, file, QStringLiteral("FileDialogBox"), param, filled);
 }
 
+// The lineweight settings as 格式 → 线宽… opens them, over the main window, closed as their close
+// button would, so that the drawing keeps its settings.
+bool writeLineWeightDialog(ZrHostMainWindow* window, const QString& file)
+{
+    QObject dialogWatch;
+    bool written = false;
+    ZrApp::whenModalShown(&dialogWatch, [window, &file, &written](QWidget* dialog) {
+        QPixmap picture = window->grab();
+        QPainter painter(&picture);
+        painter.drawPixmap(window->mapFromGlobal(dialog->mapToGlobal(QPoint(0, 0))), dialog->grab());
+        painter.end();
+        written = savePng(picture, file);
+        dialog->close();
+    });
+    window->openLineWeightSettings();
+    return written;
+}
+
 // A true colour without book names, which opens the dialog on the true colour tab.
 const char kTrueColorParam[] = R"({"method":194,"rgb":16748574})";
 
@@ -286,6 +304,7 @@ void takeScreenshots(ZrHostMainWindow* window, const QString& dir)
                                     ElementValue::parse(kBookColorParam))
                 && writeExportPanel(window, out.filePath(QStringLiteral("export-panel.png")), out.path())
                 && writeFileDialog(window, out.filePath(QStringLiteral("file-dialog.png")))
+                && writeLineWeightDialog(window, out.filePath(QStringLiteral("lineweight-dialog.png")))
                 // Last: it opens two more drawings.
                 && writeTabBar(window, out.filePath(QStringLiteral("tab-bar.png")));
             QApplication::exit(written ? 0 : 1);

@@ -11,6 +11,7 @@
 
 #include <cmath>
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -614,6 +615,11 @@ private:
             ZrResBuf* chain = xdataChain({{1001, L"ZR_SAMPLE"}, {1000, L"样例数据"}, {1070, L"3"}});
             entity->setXData(chain);
             zrutRelRb(chain);
+        }
+        // Weights of their own above them, so that the lineweight box has several to show.
+        for (const auto& [y, weight] : {std::pair<double, int>{11600, 30}, {11900, 100}}) {
+            ZrDbObjectPointer<ZrDbEntity> entity(line(model, -3500, y, -500, y, m_furniture), ZrDb::kForWrite);
+            entity->setLineWeight(static_cast<ZrDb::LineWeight>(weight));
         }
     }
 

@@ -3,6 +3,7 @@
 
 #include "zrdbobjectid.h"
 #include "zrhost_export.h"
+#include "zrjson.h"
 #include "zrresbuf.h"
 #include "zrrxobject.h"
 #include "zrstring.h"
@@ -11,6 +12,7 @@ class ZrDbObject;
 class ZrDbDatabase;
 class ZrDbTextStyleTableRecord;
 class CZrQtControlHelp;
+class QWidget;
 
 // Kinds of the host's events.
 enum ZrGlobalUIEventKind : int64_t {
@@ -42,6 +44,18 @@ class ZRHOST_EXPORT ZrUiReactorService : public ZrRxObject
 public:
     virtual int addReactorControl(CZrQtControlHelp* control) = 0;
     virtual int removeReactorControl(CZrQtControlHelp* control) = 0;
+};
+
+// Service 19: the host's choice of a line type, among the drawing's and those of the definitions
+// the host ships (a line type chosen there is loaded into the drawing first).
+class ZRHOST_EXPORT ZrEdLinetypeService : public ZrRxObject
+{
+    ZR_RX_DECLARE_MEMBERS(ZrEdLinetypeService)
+public:
+    // Shows the choice over `parent`, starting on the line type named "curSelName" of `param`. A
+    // choice writes "ltypeName" and "ltypeId" (the record's handle) into `param` and answers 1;
+    // cancelling answers 2 and writes nothing. `flags` and `reserved` are 0.
+    virtual int chooseLinetype(ZrDbDatabase* database, ZrJsonPtr param, int flags, int reserved, QWidget* parent) = 0;
 };
 
 // A host class the ribbon hands to its controls; only carried.

@@ -3,6 +3,8 @@
 
 #include "qt_colordialog.h"
 #include "qt_filedialog.h"
+
+#include "qt_lweightdialog.h"
 #include "qt_messagebox.h"
 #include "zrglobaluireactor.h"
 
@@ -40,6 +42,7 @@ const ZrQtDialogEntry kDialogs[] = {
      ZrQtDialogParent::TargetWindow},
     {L"ColorDialog", [](QWidget* parent) { return ZrQtColorDialog::createObject(parent); },
      ZrQtDialogParent::TargetWindow},
+    {L"LineWeightDialog", &createModalDialog<ZrQtLweightDlgImpl>, ZrQtDialogParent::TargetWindow},
 };
 
 // A message box stacks on whatever modal dialog is open; other dialogs go on the host's target window.

@@ -1,6 +1,7 @@
 #include "zrdrawingcombobox_p.h"
 
 #include "zrreactor.h"
+#include "zrresbuf.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -31,9 +32,9 @@ QString toQString(std::wstring_view text)
 
 } // namespace
 
-void ItemList::add(std::wstring_view text, const ZrDbObjectId& id)
+void ItemList::add(std::wstring_view text, const ZrDbObjectId& id, const QIcon& icon)
 {
-    m_rows.push_back({{static_cast<uint32_t>(m_texts.size()), static_cast<uint32_t>(text.size())}, id});
+    m_rows.push_back({{static_cast<uint32_t>(m_texts.size()), static_cast<uint32_t>(text.size())}, id, icon, QSize()});
     m_texts.append(text);
 }
 
@@ -73,11 +74,11 @@ ZrDbObjectId ItemModel::idAt(int row) const
     return row >= 0 && row < rowCount() ? m_items.m_rows[static_cast<size_t>(row)].id : ZrDbObjectId();
 }
 
-int ItemModel::append(const Item& item)
+int ItemModel::append(const Item& item, const QIcon& icon)
 {
     const int row = rowCount();
     beginInsertRows(QModelIndex(), row, row);
-    m_items.add(item.name.std(), item.id);
+    m_items.add(item.name.std(), item.id, icon);
     endInsertRows();
     return row;
 }
@@ -93,8 +94,14 @@ QVariant ItemModel::data(const QModelIndex& index, int role) const
         return QVariant();
     if (role == Qt::DisplayRole || role == Qt::EditRole)
         return toQString(textAt(index.row()));
+    const ItemList::Row& row = m_items.m_rows[static_cast<size_t>(index.row())];
+    // Items that stand for no record have no data.
     if (role == Qt::UserRole)
-        return QVariant::fromValue(m_items.m_rows[static_cast<size_t>(index.row())].id);
+        return row.id.isNull() ? QVariant() : QVariant::fromValue(row.id);
+    if (role == Qt::DecorationRole && !row.icon.isNull())
+        return row.icon;
+    if (role == Qt::SizeHintRole && row.sizeHint.isValid())
+        return row.sizeHint;
     return QVariant();
 }
 
@@ -109,6 +116,10 @@ bool ItemModel::setData(const QModelIndex& index, const QVariant& value, int rol
         m_items.m_texts += text;
     } else if (role == Qt::UserRole) {
         row.id = value.value<ZrDbObjectId>();
+    } else if (role == Qt::DecorationRole) {
+        row.icon = value.value<QIcon>();
+    } else if (role == Qt::SizeHintRole) {
+        row.sizeHint = value.toSize();
     } else {
         return false;
     }
@@ -335,6 +346,23 @@ void showNoValue(QComboBox* box, Shows shows)
     ZrQtBlockSignalUtil blocker(box);
     box->setEnabled(shows == Shows::Blank);
     box->setCurrentIndex(-1);
+}
+
+bool commandActive()
+{
+    ZrResBuf value;
+    return zredGetVar(L"CMDACTIVE", &value) == RTNORM && value.restype == RTSHORT && (value.resval.rint & 1) != 0;
+}
+
+QSize fittedPreviewSize(const QSize& box, const QSize& preview)
+{
+    int width = preview.width();
+    int height = preview.height();
+    if (box.width() >= 1 && box.width() < width)
+        width = qRound(box.width() / 2.0);
+    if (box.height() > 0)
+        height = box.height();
+    return QSize(std::max(width, kPreviewWidth), std::max(height, kPreviewHeight));
 }
 
 } // namespace ZrDrawingCombo

@@ -10,15 +10,15 @@
 #include "zrstring.h"
 
 #include <QAbstractListModel>
+#include <QIcon>
 #include <QMetaType>
+#include <QSize>
 #include <string>
 #include <string_view>
 #include <vector>
 
 class QComboBox;
 class QStyle;
-
-Q_DECLARE_METATYPE(ZrDbObjectId)
 
 namespace ZrDrawingCombo {
 
@@ -39,9 +39,9 @@ public:
     explicit ItemList(std::wstring texts) : m_texts(std::move(texts)) {}
 
     void reserve(size_t count) { m_rows.reserve(count); }
-    void add(std::wstring_view text, const ZrDbObjectId& id);
+    void add(std::wstring_view text, const ZrDbObjectId& id, const QIcon& icon = QIcon());
     // An item whose text already stands in the buffer.
-    void add(zrqthelper::TextSpan text, const ZrDbObjectId& id) { m_rows.push_back({text, id}); }
+    void add(zrqthelper::TextSpan text, const ZrDbObjectId& id) { m_rows.push_back({text, id, QIcon(), QSize()}); }
 
 private:
     friend class ItemModel;
@@ -49,14 +49,17 @@ private:
     {
         zrqthelper::TextSpan text;
         ZrDbObjectId id;
+        // The picture beside the text, and the row's size where it differs from the others'.
+        QIcon icon;
+        QSize sizeHint;
     };
     std::wstring m_texts;
     std::vector<Row> m_rows;
 };
 
-// The items of a box, with the text in the display and edit roles and the id in Qt::UserRole, so
-// that a refresh finds a row by its record. A fill replaces all rows at once; texts are made only
-// when the view asks for them.
+// The items of a box, with the text in the display and edit roles, the id in Qt::UserRole (so
+// that a refresh finds a row by its record), and an icon and a size hint where items have them. A
+// fill replaces all rows at once; texts are made only when the view asks for them.
 class ItemModel : public QAbstractListModel
 {
 public:
@@ -69,7 +72,7 @@ public:
     int rowOfName(const ZrString& name) const;
     ZrDbObjectId idAt(int row) const;
     // Adds an item at the end and answers its row.
-    int append(const Item& item);
+    int append(const Item& item, const QIcon& icon = QIcon());
 
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;
     QVariant data(const QModelIndex& index, int role) const override;
@@ -145,5 +148,16 @@ Shows showsFor(ZrGlobalUIReactorHelp::SPickFirstInfo::Status status);
 // A box without a value to show, with its signals blocked: enabled and blank for a varying
 // selection, disabled otherwise.
 void showNoValue(QComboBox* box, Shows shows);
+
+// True while a command runs (the low bit of CMDACTIVE): a bound box then keeps its list shut.
+bool commandActive();
+
+// The smallest preview of the boxes that draw one beside each item.
+constexpr int kPreviewWidth = 80;
+constexpr int kPreviewHeight = 25;
+
+// The preview size of a box resized to `box`: half the box's width when the box is narrower than
+// `preview`, the box's height, and never below kPreviewWidth by kPreviewHeight.
+QSize fittedPreviewSize(const QSize& box, const QSize& preview);
 
 } // namespace ZrDrawingCombo

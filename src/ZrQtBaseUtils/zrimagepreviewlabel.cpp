@@ -19,6 +19,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <limits>
 #include <vector>
 
@@ -72,15 +73,20 @@ Bytes bmpFile(quint64 restSize, quint32 dibHeaderSize, quint32 paletteSize)
     return file;
 }
 
-// A BMP file of a host image: true colour, so without a palette, rows from the top.
+// A BMP file of a host image, rows from the top; empty for an image whose pixels lie only in a
+// bitmap of its own.
 Bytes bmpOfRaster(const ZrGiRasterImage& image)
 {
-    const int width = image.width();
-    const int height = image.height();
-    const int bits = image.bitsPerPixel();
+    const int width = image.pixelWidth();
+    const int height = image.pixelHeight();
+    const int bits = image.colorDepth();
+    const int colors = std::max(image.numColors(), 0);
+    if (width <= 0 || height <= 0 || !image.scanLines() || image.scanLineSize() <= 0)
+        return Bytes();
+    const quint32 paletteSize = quint32(colors) * 4;
     const quint64 scanLine = ZrGiRasterImage::calcBMPScanLineSize(quint64(width), bits);
     const quint64 imageSize = scanLine * quint64(height);
-    Bytes file = bmpFile(kBmpInfoHeaderSize + imageSize, kBmpInfoHeaderSize, 0);
+    Bytes file = bmpFile(kBmpInfoHeaderSize + paletteSize + imageSize, kBmpInfoHeaderSize, paletteSize);
     uchar* p = file.data() + kBmpFileHeaderSize;
     qToLittleEndian<quint32>(kBmpInfoHeaderSize, p);
     qToLittleEndian<qint32>(width, p + 4);
@@ -93,9 +99,15 @@ Bytes bmpOfRaster(const ZrGiRasterImage& image)
     qToLittleEndian<qint32>(image.yPelsPerMeter(), p + 28);
     qToLittleEndian<quint32>(0, p + 32);
     qToLittleEndian<quint32>(0, p + 36);
-    uchar* rows = p + kBmpInfoHeaderSize;
+    // Table entries are 0xFFRRGGBB words: little-endian they are the blue, green, red and reserved
+    // bytes of a BMP palette entry.
+    uchar* palette = p + kBmpInfoHeaderSize;
+    for (int i = 0; i < colors; ++i)
+        qToLittleEndian<quint32>(image.color(i), palette + 4 * i);
+    uchar* rows = palette + paletteSize;
+    const size_t copied = size_t(std::min<quint64>(scanLine, quint64(image.scanLineSize())));
     for (int row = 0; row < height; ++row)
-        qToLittleEndian<quint32>(image.scanLine(row), width, rows + quint64(row) * scanLine);
+        std::memcpy(rows + quint64(row) * scanLine, image.scanLine(row), copied);
     return file;
 }
 

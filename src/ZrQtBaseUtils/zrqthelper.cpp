@@ -2,6 +2,7 @@
 #include "zrqthelper_p.h"
 
 #include "ZrQtUtilsFunc.h"
+#include "zrlineweight_p.h"
 
 #include "zrdbdatabase.h"
 #include "zrdbdict.h"
@@ -211,9 +212,22 @@ LineTypePreview previewOf(const ZrDbLinetypeTableRecord* record)
     return LineTypePreview{record->objectId(), record->patternLength()};
 }
 
-// A line of a few pattern repeats across the picture, in the palette's text colour.
-ZrSmartPtr<ZrGiRasterImage> renderLineType(ZrDbDatabase* db, const LineTypePreview& preview, int width, int height)
+// What a preview is drawn into: the picture's size on the palette's base colour. Made once for
+// all the line types of a list.
+ZrJsonPtr previewOptions(int width, int height)
 {
+    ZrJsonPtr options = ElementValue::createObject(kZrJsonObject);
+    options->SetDataI("width", width);
+    options->SetDataI("height", height);
+    options->SetDataB("bfillbackground", true);
+    options->SetDataB("background", true);
+    return options;
+}
+
+// A line of a few pattern repeats across the picture, in the palette's text colour.
+ZrSmartPtr<ZrGiRasterImage> renderLineType(ZrDbDatabase* db, const LineTypePreview& preview, const ZrJsonPtr& options)
+{
+    const int width = options->GetVarI("width");
     ZrDbLine line(ZrGePoint3d(10, 10, 0), ZrGePoint3d(100, 10, 0));
     if (preview.id.isValid())
         line.setLinetype(preview.id);
@@ -234,11 +248,6 @@ ZrSmartPtr<ZrGiRasterImage> renderLineType(ZrDbDatabase* db, const LineTypePrevi
 
     ZrArray<ZrDbEntity*> entities;
     entities.append(&line);
-    ZrJsonPtr options = ElementValue::createObject(kZrJsonObject);
-    options->SetDataI("width", width);
-    options->SetDataI("height", height);
-    options->SetDataB("bfillbackground", true);
-    options->SetDataB("background", true);
     return zrsiutCreateEntityImage(ZrDbDatabasePtr(db), entities, options);
 }
 
@@ -947,8 +956,9 @@ void getLineTypeInfo(int width, int height,
                                                if (record && !record->isDependent())
                                                    previews.emplace(record->name().toQString(), previewOf(record));
                                            });
+    const ZrJsonPtr options = previewOptions(width, height);
     for (const auto& entry : previews) {
-        ZrSmartPtr<ZrGiRasterImage> image = renderLineType(db, entry.second, width, height);
+        ZrSmartPtr<ZrGiRasterImage> image = renderLineType(db, entry.second, options);
         ZrString name(entry.first);
         ZrDbObjectId id = entry.second.id;
         onLineType(image, name, id);
@@ -972,14 +982,12 @@ ZrDbObjectId getLineTypeRasterImage(const ZrString& name, int width, int height,
                                                }
                                            });
     // A name that isn't there still draws, as a plain line.
-    image = renderLineType(db, preview, width, height);
+    image = renderLineType(db, preview, previewOptions(width, height));
     return preview.id;
 }
 
 QString getLineName(bool inches, ZrDb::LineWeight weight)
 {
-    static const int kWeights[] = {0,  5,  9,  13, 15, 18, 20,  25,  30,  35,  40,  50,
-                                   53, 60, 70, 80, 90, 100, 106, 120, 140, 158, 200, 211};
     switch (weight) {
     case ZrDb::kLnWtByLayer:
         return QStringLiteral("ByLayer");
@@ -990,7 +998,7 @@ QString getLineName(bool inches, ZrDb::LineWeight weight)
     default:
         break;
     }
-    if (std::find(std::begin(kWeights), std::end(kWeights), static_cast<int>(weight)) == std::end(kWeights))
+    if (!ZrLineWeights::isStandard(weight))
         return QString();
     const int hundredths = weight;
     if (!inches)

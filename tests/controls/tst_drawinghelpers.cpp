@@ -213,8 +213,8 @@ private Q_SLOTS:
         ZrSmartPtr<ZrGiRasterImage> image;
         QCOMPARE(zrqthelper::getLineTypeRasterImage(ZrString(L"continuous"), 80, 20, image), db()->continuousLinetype());
         QVERIFY(image);
-        QCOMPARE(image->width(), 80);
-        QCOMPARE(image->height(), 20);
+        QCOMPARE(image->pixelWidth(), 80);
+        QCOMPARE(image->pixelHeight(), 20);
         const ZrHostControl::EntityImageRequest request = ZrHostControl::lastEntityImageRequest();
         QCOMPARE(request.entities.size(), size_t(1));
         QCOMPARE(request.entities[0].linetype, db()->continuousLinetype());

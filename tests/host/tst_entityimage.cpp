@@ -15,10 +15,10 @@ class ZrEntityImageTest : public HostFixture
     // Runs of ink and of background along the middle row, counted from the first ink to the last.
     static QPair<int, int> runsAlongMiddle(const ZrSmartPtr<ZrGiRasterImage>& image, uint32_t background)
     {
-        const uint32_t* row = image->scanLine(image->height() / 2);
+        const auto* row = reinterpret_cast<const uint32_t*>(image->scanLine(image->pixelHeight() / 2));
         int inkRuns = 0, gaps = 0;
         bool inInk = false, seenInk = false;
-        for (int x = 0; x < image->width(); ++x) {
+        for (int x = 0; x < image->pixelWidth(); ++x) {
             const bool ink = row[x] != background;
             if (ink && !inInk)
                 ++inkRuns;
@@ -56,7 +56,7 @@ private Q_SLOTS:
     {
         const ZrSmartPtr<ZrGiRasterImage> dashed = imageOfLine(recordOf(curDatabase()->linetypeTableId(), L"DASHED"));
         QVERIFY(dashed);
-        QCOMPARE(dashed->width(), 240);
+        QCOMPARE(dashed->pixelWidth(), 240);
         const QPair<int, int> runs = runsAlongMiddle(dashed, 0xFFFFFFFF);
         // 90 units of a 19.05 unit pattern: four whole dashes and the start of a fifth.
         QVERIFY2(runs.first >= 4 && runs.second >= 3, qPrintable(QStringLiteral("%1 %2").arg(runs.first).arg(runs.second)));

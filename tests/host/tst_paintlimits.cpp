@@ -99,7 +99,7 @@ private Q_SLOTS:
         options->SetDataL("background", int64_t(0xFFFFFFFF));
         const ZrSmartPtr<ZrGiRasterImage> picture = zrsiutCreateEntityImage(ZrDbDatabasePtr(db), entities, options);
         QVERIFY(picture);
-        const uint32_t* middle = picture->scanLine(10);
+        const auto* middle = reinterpret_cast<const uint32_t*>(picture->scanLine(10));
         QVERIFY(middle[3] != 0xFFFFFFFF && middle[100] != 0xFFFFFFFF);
 
         // Text in a block scaled beyond any size: nothing drawn, and painting returns.

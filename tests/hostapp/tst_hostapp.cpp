@@ -23,10 +23,15 @@
 #include "zrhostmainwindow.h"
 #include "zrhostsession.h"
 #include "zrlayercombobox.h"
+#include "zrlinetypecombobox.h"
+#include "zrlinewidthcombobox.h"
+#include "zrresbuf.h"
 #include "zrtesthost.h"
 #include "zrtestmain.h"
 
+#include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QListWidget>
 #include <QAction>
 #include <QComboBox>
 #include <QFileDialog>
@@ -477,6 +482,142 @@ private Q_SLOTS:
         QTRY_COMPARE(action("undoAction")->text(), QStringLiteral("撤销 GLOBAL_UI_UPDATEDB"));
         QTest::keyClick(view(), Qt::Key_Z, Qt::ControlModifier);
         QCOMPARE(curDatabase()->cecolor(), ZrCmColor());
+    }
+
+    // The line type box: blank for two line types, HIDDEN for both in one step, drawn with its dashes.
+    void lineTypeBoxChangesAMixedSelectionInOneStep()
+    {
+        ZrHostControl::openEmptyDrawing();
+        const auto lineType = [](const QString& name, std::vector<double> dashes) {
+            auto* record = new ZrDbLinetypeTableRecord;
+            record->setDashes(std::move(dashes));
+            return addRecord(&ZrDbDatabase::getLinetypeTable, record, name);
+        };
+        const ZrDbObjectId hidden = lineType(QStringLiteral("HIDDEN"), {6.0, -3.0});
+        const ZrDbObjectId center = lineType(QStringLiteral("CENTER"), {30.0, -5.0, 5.0, -5.0});
+        const ZrDbObjectId solid = addLine(0, 0, 100, 0);
+        const ZrDbObjectId centred = addLine(0, 50, 100, 50);
+        ZrDbObjectPointer<ZrDbEntity>(solid, ZrDb::kForWrite)->setLinetype(curDatabase()->continuousLinetype());
+        ZrDbObjectPointer<ZrDbEntity>(centred, ZrDb::kForWrite)->setLinetype(center);
+        const auto lineTypeOf = [](ZrDbObjectId id) {
+            return ZrDbObjectPointer<ZrDbEntity>(id, ZrDb::kForRead)->linetypeId();
+        };
+        // Gaps in the first line as the view draws it: stretches with no dark pixel about the line's
+        // row, longer than the grid's one-pixel lines that cross it.
+        const auto gapsInTheFirstLine = [this] {
+            const QImage image = view()->grab().toImage();
+            const QPoint from = onScreen(10, 0);
+            const QPoint to = onScreen(90, 0);
+            int gaps = 0;
+            int gap = 0;
+            for (int x = from.x(); x <= to.x(); ++x) {
+                bool ink = false;
+                for (int y = from.y() - 1; y <= from.y() + 1; ++y)
+                    ink = ink || qGray(image.pixel(x, y)) < 160;
+                gap = ink ? 0 : gap + 1;
+                gaps += gap == 3;
+            }
+            return gaps;
+        };
+        showWindow();
+        ZrLineTypeComboBox* box = m_window->lineTypeBox();
+        QCOMPARE(m_window->findChild<ZrLineTypeComboBox*>(QStringLiteral("lineTypeComboBox")), box);
+        QTRY_COMPARE(box->currentText(), QStringLiteral("ByLayer"));
+        QCOMPARE(gapsInTheFirstLine(), 0);
+
+        click(onScreen(50, 0));
+        QTRY_COMPARE(box->currentText(), QStringLiteral("Continuous"));
+        click(onScreen(50, 50), Qt::ShiftModifier);
+        QTRY_VERIFY2(box->currentText().isEmpty(), qPrintable(box->currentText()));
+        QVERIFY(box->isEnabled());
+
+        QVERIFY(chooseIn(box, QStringLiteral("HIDDEN")));
+        QTRY_COMPARE(lineTypeOf(solid), hidden);
+        QCOMPARE(lineTypeOf(centred), hidden);
+        QTRY_COMPARE(box->currentText(), QStringLiteral("HIDDEN"));
+        QTRY_COMPARE(action("undoAction")->text(), QStringLiteral("撤销 GLOBAL_UI_UPDATEDB"));
+        // Once no longer highlighted, the line shows the dashes of its new line type.
+        QTest::keyClick(view(), Qt::Key_Escape);
+        QTRY_VERIFY(gapsInTheFirstLine() > 5);
+        click(onScreen(50, 50));
+        click(onScreen(50, 0), Qt::ShiftModifier);
+        QTRY_COMPARE(box->currentText(), QStringLiteral("HIDDEN"));
+
+        QTest::keyClick(view(), Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(lineTypeOf(solid), curDatabase()->continuousLinetype());
+        QCOMPARE(lineTypeOf(centred), center);
+        QTRY_VERIFY(box->currentText().isEmpty());
+    }
+
+    void lineWeightBoxChangesAMixedSelectionInOneStep()
+    {
+        ZrHostControl::openEmptyDrawing();
+        const auto weighted = [](double y, int weight) {
+            const ZrDbObjectId id = addLine(0, y, 100, y);
+            ZrDbObjectPointer<ZrDbEntity>(id, ZrDb::kForWrite)->setLineWeight(static_cast<ZrDb::LineWeight>(weight));
+            return id;
+        };
+        const ZrDbObjectId thin = weighted(0, 13);
+        const ZrDbObjectId thick = weighted(50, 100);
+        const auto weightOf = [](ZrDbObjectId id) {
+            return int(ZrDbObjectPointer<ZrDbEntity>(id, ZrDb::kForRead)->lineWeight());
+        };
+        showWindow();
+        ZrLineWidthComboBox* box = m_window->lineWeightBox();
+        QTRY_COMPARE(box->currentText(), QStringLiteral("ByLayer"));
+        click(onScreen(50, 0));
+        QTRY_COMPARE(box->currentText(), QStringLiteral("0.13 mm"));
+        click(onScreen(50, 50), Qt::ShiftModifier);
+        QTRY_VERIFY2(box->currentText().isEmpty(), qPrintable(box->currentText()));
+        QVERIFY(chooseIn(box, QStringLiteral("0.50 mm")));
+        QTRY_COMPARE(weightOf(thin), 50);
+        QCOMPARE(weightOf(thick), 50);
+        QTRY_COMPARE(action("undoAction")->text(), QStringLiteral("撤销 GLOBAL_UI_UPDATEDB"));
+        QTest::keyClick(view(), Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(weightOf(thin), 13);
+        QCOMPARE(weightOf(thick), 100);
+    }
+
+    // 格式 → 线宽… and the box's settings item open the lineweight settings; OK changes the drawing's
+    // settings as one undo step.
+    void lineWeightSettingsChangeTheDrawingInOneStep()
+    {
+        ZrHostControl::openEmptyDrawing();
+        showWindow();
+        const auto variable = [](const wchar_t* name) {
+            ZrResBuf value;
+            return zredGetVar(name, &value) == RTNORM ? int(value.resval.rint) : -99;
+        };
+        ZrTest::whenModalShown([](QWidget* dialog) {
+            auto* display = dialog->findChild<QAbstractButton*>(QStringLiteral("displayCheck"));
+            QTest::mouseClick(display, Qt::LeftButton, {}, QPoint(display->height() / 2, display->height() / 2));
+            auto* list = dialog->findChild<QListWidget*>(QStringLiteral("lweightList"));
+            QListWidgetItem* row = list->findItems(QStringLiteral("0.30 mm"), Qt::MatchExactly).value(0);
+            list->scrollToItem(row);
+            QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(row).center());
+            QTest::mouseClick(dialog->findChild<QPushButton*>(QStringLiteral("okButton")), Qt::LeftButton);
+        });
+        action("lineWeightAction")->trigger();
+        QCOMPARE(variable(L"LWDISPLAY"), 1);
+        QCOMPARE(variable(L"CELWEIGHT"), 30);
+        QTRY_COMPARE(m_window->lineWeightBox()->currentText(), QStringLiteral("0.30 mm"));
+        QTRY_COMPARE(action("undoAction")->text(), QStringLiteral("撤销 线宽"));
+        // The offscreen platform leaves the activation with the closed dialog.
+        m_window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        QTest::keyClick(view(), Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(variable(L"LWDISPLAY"), 0);
+        QCOMPARE(variable(L"CELWEIGHT"), -1);
+        QTRY_COMPARE(m_window->lineWeightBox()->currentText(), QStringLiteral("ByLayer"));
+
+        bool opened = false;
+        ZrTest::whenModalShown([&opened](QWidget* dialog) {
+            opened = dialog->windowTitle() == QStringLiteral("线宽设置");
+            QTest::keyClick(dialog, Qt::Key_Escape);
+        });
+        QVERIFY(chooseIn(m_window->lineWeightBox(), QStringLiteral("线宽设置...")));
+        QTRY_VERIFY(opened);
+        QTRY_COMPARE(m_window->lineWeightBox()->currentText(), QStringLiteral("ByLayer"));
     }
 
     // A double click on a layer's colour opens the colour dialog; OK writes the colour as one step,

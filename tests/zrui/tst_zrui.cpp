@@ -372,6 +372,27 @@ private Q_SLOTS:
         QCOMPARE(param.value("rgb").toInt(-99), 200 | 20 << 8 | 7 << 16);
     }
 
+    // The lineweight settings through zrui: the unit switched, a weight and the display chosen, then
+    // OK; the answers come back in the parameter object. Esc answers nothing.
+    void lineWeightDialogAnswersTheChoices()
+    {
+        const ZruiRun r = run({"dialog", "LineWeightDialog", "--timeout-ms", "20000", "--do",
+                               "click:inchRadio;select:lweightList=0.020\";click:displayCheck;click:okButton"});
+        QVERIFY2(r.exitCode == 0, qPrintable(r.err));
+        QCOMPARE(r.answerLine().value("result").toInt(-99), 1);
+        const QJsonObject param = r.answerLine().value("param").toObject();
+        QCOMPARE(param.value("LWUNITS").toInt(-99), 0);
+        QCOMPARE(param.value("CELWEIGHT").toInt(-99), 50);
+        QCOMPARE(param.value("LWDISPLAY").toBool(false), true);
+        QCOMPARE(param.value("LWDISPSCALE").toDouble(-99), 0.55);
+
+        const ZruiRun cancelled = run({"dialog", "LineWeightDialog", "--do", "click:inchRadio;key:Esc"});
+        QVERIFY2(cancelled.exitCode == 0, qPrintable(cancelled.err));
+        QCOMPARE(cancelled.answerLine().value("result").toInt(-99), 2);
+        QVERIFY(cancelled.answerLine().value("param").toObject().isEmpty());
+        QVERIFY(run({"list"}).out.contains("LineWeightDialog"));
+    }
+
     void listNamesTheMessageBox()
     {
         const ZruiRun r = run({"list"});
@@ -462,7 +483,8 @@ private Q_SLOTS:
         QVERIFY2(r.finished, "zrhostapp did not end");
         QVERIFY2(r.exitCode == 0, qPrintable(r.err));
         for (const char* name : {"main-window.png", "message-box.png", "color-dialog.png", "color-dialog-true.png",
-                                 "color-dialog-book.png", "export-panel.png", "file-dialog.png"}) {
+                                 "color-dialog-book.png", "export-panel.png", "file-dialog.png",
+                                 "lineweight-dialog.png"}) {
             const QImage shot(QDir(dir).filePath(QLatin1String(name)));
             QVERIFY2(!shot.isNull(), name);
             QVERIFY2(r.out.contains(name), r.out.constData());

@@ -5,9 +5,30 @@
 
 #include <QImage>
 #include <QImageReader>
-#include <cstring>
 
 namespace {
+
+// A host image over a picture Qt read: 32 bits a pixel, blue, green, red and alpha bytes in this order.
+class QtRasterImage : public ZrGiRasterImage
+{
+public:
+    explicit QtRasterImage(QImage image) : m_image(std::move(image)) {}
+
+    int pixelWidth() const override { return m_image.width(); }
+    int pixelHeight() const override { return m_image.height(); }
+    int colorDepth() const override { return 32; }
+    ZrGiPixelFormatInfo pixelFormat() const override { return ZrGiPixelFormatInfo::bgra32(); }
+    int numColors() const override { return 0; }
+    uint32_t color(int) const override { return 0; }
+    int scanLineSize() const override { return int(m_image.bytesPerLine()); }
+    int scanLinesAlignment() const override { return 4; }
+    const uint8_t* scanLines() const override { return m_image.constBits(); }
+    int xPelsPerMeter() const override { return m_image.dotsPerMeterX(); }
+    int yPelsPerMeter() const override { return m_image.dotsPerMeterY(); }
+
+private:
+    QImage m_image;
+};
 
 // More pixels than this are refused before they are decoded: 10 000 by 10 000 already takes 400 MB.
 constexpr qint64 kMaxPixels = qint64(10000) * 10000;
@@ -38,12 +59,10 @@ public:
         }
         if (qint64(image.width()) * image.height() > kMaxPixels)
             return nullptr;
-        image = std::move(image).convertToFormat(QImage::Format_ARGB32);
-        ZrSmartPtr<ZrGiRasterImage> raster(new ZrRxObjectImpl<ZrGiRasterImage>(image.width(), image.height()), kZrAttach);
-        for (int row = 0; row < image.height(); ++row)
-            std::memcpy(raster->scanLine(row), image.constScanLine(row), size_t(image.width()) * 4);
-        raster->setPelsPerMeter(image.dotsPerMeterX(), image.dotsPerMeterY());
-        return raster;
+        // On a little-endian machine ARGB32 lies in memory as blue, green, red, alpha.
+        static_assert(Q_BYTE_ORDER == Q_LITTLE_ENDIAN, "the pixel description assumes little-endian words");
+        return ZrSmartPtr<ZrGiRasterImage>(
+            new ZrRxObjectImpl<QtRasterImage>(std::move(image).convertToFormat(QImage::Format_ARGB32)), kZrAttach);
     }
 };
 

@@ -22,8 +22,9 @@ namespace {
 constexpr double kPi = 3.14159265358979323846;
 // Block references inside blocks stop here, so that a block that holds itself cannot hang a paint.
 constexpr int kMaxNesting = 8;
-// Hundredths of a millimetre a device pixel of lineweight stands for.
-constexpr double kLineWeightPerPixel = 25.0;
+// Hundredths of a millimetre a device pixel of lineweight stands for at the display scale 1.0: at
+// LWDISPSCALE's first value, 0.55, a 0.25 mm line is about one pixel wide and a 2.11 mm one nine.
+constexpr double kLineWeightPerPixel = 12.5;
 constexpr int kDefaultLineWeight = 25;
 // Device coordinates beyond this many pixels are not drawn: there a double no longer places a point
 // within a pixel, and such sizes come from absurd values or overflow.
@@ -79,7 +80,19 @@ int resolvedLineWeight(int weight, const ZrDbLayerTableRecord* layer, const Bloc
         weight = layer ? layer->lineWeight() : ZrDb::kLnWtByLwDefault;
     else if (weight == ZrDb::kLnWtByBlock)
         weight = block ? block->lineWeight : ZrDb::kLnWtByLwDefault;
-    return weight < 0 ? kDefaultLineWeight : weight;
+    return weight < 0 ? zrdbApplicationInteger(kVarLwdefault) : weight;
+}
+
+// Hairlines unless the drawing shows lineweights (LWDISPLAY); then the weight at the display scale
+// (LWDISPSCALE), never below one pixel.
+double displayedWidth(const ZrDbDatabase* database, int weight)
+{
+    if (!database)
+        return 1.0;
+    const ZrDbData& data = zrdbData(database);
+    if (!data.variable(kVarLwdisplay).integer)
+        return 1.0;
+    return std::max(1.0, weight * data.variable(kVarLwdispscale).real / kLineWeightPerPixel);
 }
 
 Stroke strokeOf(const ZrDbEntity* entity, const QColor& foreground, const BlockContext* block)
@@ -102,7 +115,7 @@ Stroke strokeOf(const ZrDbEntity* entity, const QColor& foreground, const BlockC
         linetype = block ? block->linetype : 0;
     stroke.linetype = zrdbPeek<ZrDbLinetypeTableRecord>(linetype);
     stroke.linetypeScale = entity->linetypeScale() * (database ? database->ltscale() : 1.0);
-    stroke.width = std::max(1.0, resolvedLineWeight(entity->lineWeight(), layer, block) / kLineWeightPerPixel);
+    stroke.width = displayedWidth(database, resolvedLineWeight(entity->lineWeight(), layer, block));
     return stroke;
 }
 

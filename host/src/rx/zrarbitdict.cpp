@@ -4,6 +4,8 @@
 
 #include "zrhostservices.h"
 #include "zrplotsvr.h"
+
+#include "zrlinetypeservice.h"
 #include "zrreactor.h"
 #include "zrsystem.h"
 
@@ -65,11 +67,14 @@ void zrHostStartServices()
     state.registry = new ZrRxObjectImpl<ZrRxDictionary>();
     auto* commands = new ZrRxObjectImpl<ZrEdCommandStack>();
     state.registry->atPut(ACRX_COMMAND_DOCK, commands);
+    commands->addCommand(L"ZRHOST", L"LINETYPE", L"LINETYPE", 0, zrHostLinetypeCommand);
     zrrxRelease(commands);
     state.numbered[3] = ZrRxObjectPtr(new ZrRxObjectImpl<ZrDbDatabaseService>(), kZrAttach);
     zr_arbitDict_regservice(1, ZrRxObjectPtr(new ZrRxObjectImpl<CXuSysHelpSvr>(), kZrAttach));
     CXuSystem::instance()->serviceManager()->registerService(
         ZrString(L"CXuPlotSvr"), ZrRxObjectPtr(new ZrRxObjectImpl<CXuPlotSvr>(), kZrAttach));
+
+    zr_arbitDict_regservice(19, zrHostNewLinetypeService());
 }
 
 void zrHostStopServices()

@@ -1,0 +1,51 @@
+#pragma once
+// What the lineweight suites share: system variables set and read as the host's users do, and the
+// pen width a row's icon was drawn with.
+
+#include "zrresbuf.h"
+
+#include <QIcon>
+#include <QImage>
+#include <QTest>
+
+namespace LineWeightTest {
+
+// An integer goes in as the short the host's integer variables are, anything else as a real.
+inline void setVariable(const wchar_t* name, double number)
+{
+    ZrResBuf value;
+    if (number == static_cast<int>(number)) {
+        value.restype = RTSHORT;
+        value.resval.rint = static_cast<short>(number);
+    } else {
+        value.restype = RTREAL;
+        value.resval.rreal = number;
+    }
+    QCOMPARE(zredSetVar(name, &value), RTNORM);
+}
+
+inline double variable(const wchar_t* name)
+{
+    ZrResBuf value;
+    if (zredGetVar(name, &value) != RTNORM)
+        return -999;
+    return value.restype == RTREAL ? value.resval.rreal : value.resval.rint;
+}
+
+// The rows of an 80 by 25 icon that hold any drawn pixel: the pen width of its horizontal line.
+inline int drawnRows(const QIcon& icon)
+{
+    const QImage image = icon.pixmap(QSize(80, 25)).toImage().convertToFormat(QImage::Format_ARGB32);
+    int rows = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (qAlpha(image.pixel(x, y)) > 0) {
+                ++rows;
+                break;
+            }
+        }
+    }
+    return rows;
+}
+
+} // namespace LineWeightTest
