@@ -147,22 +147,27 @@ bool writeMessageBox(ZrHostMainWindow* window, const QString& file)
     return written;
 }
 
-// A dialog of the module drawn where it stands over the main window, once `ready` says it is (at once
-// without it), and closed as its close button would.
+// The main window with `dialog` drawn where it stands over it, saved to `file`; then the dialog is
+// closed as its close button would.
+bool saveDialogOverWindow(ZrHostMainWindow* window, QWidget* dialog, const QString& file)
+{
+    QPixmap picture = window->grab();
+    QPainter painter(&picture);
+    painter.drawPixmap(window->mapFromGlobal(dialog->mapToGlobal(QPoint(0, 0))), dialog->grab());
+    painter.end();
+    const bool written = savePng(picture, file);
+    dialog->close();
+    return written;
+}
+
+// A dialog of the module over the main window, drawn once `ready` says it is (at once without it).
 bool writeDialog(ZrHostMainWindow* window, const QString& file, const QString& name, const ZrJsonPtr& param,
                  std::function<bool(QWidget*)> ready = nullptr)
 {
     QObject dialogWatch;
     bool written = false;
     ZrApp::whenModalShown(&dialogWatch, [window, &file, &written, ready](QWidget* dialog) {
-        const auto grab = [window, &file, &written, dialog] {
-            QPixmap picture = window->grab();
-            QPainter painter(&picture);
-            painter.drawPixmap(window->mapFromGlobal(dialog->mapToGlobal(QPoint(0, 0))), dialog->grab());
-            painter.end();
-            written = savePng(picture, file);
-            dialog->close();
-        };
+        const auto grab = [window, &file, &written, dialog] { written = saveDialogOverWindow(window, dialog, file); };
         if (!ready)
             return grab();
         auto waited = std::make_shared<QElapsedTimer>();
@@ -237,12 +242,7 @@ bool writeLineWeightDialog(ZrHostMainWindow* window, const QString& file)
     QObject dialogWatch;
     bool written = false;
     ZrApp::whenModalShown(&dialogWatch, [window, &file, &written](QWidget* dialog) {
-        QPixmap picture = window->grab();
-        QPainter painter(&picture);
-        painter.drawPixmap(window->mapFromGlobal(dialog->mapToGlobal(QPoint(0, 0))), dialog->grab());
-        painter.end();
-        written = savePng(picture, file);
-        dialog->close();
+        written = saveDialogOverWindow(window, dialog, file);
     });
     window->openLineWeightSettings();
     return written;
@@ -302,6 +302,8 @@ void takeScreenshots(ZrHostMainWindow* window, const QString& dir)
                                     ElementValue::parse(kTrueColorParam))
                 && writeColorDialog(window, out.filePath(QStringLiteral("color-dialog-book.png")),
                                     ElementValue::parse(kBookColorParam))
+                && writeDialog(window, out.filePath(QStringLiteral("task-dialog.png")), QStringLiteral("TaskDialog"),
+                               ZrApp::sampleParam(QStringLiteral("TaskDialog")))
                 && writeExportPanel(window, out.filePath(QStringLiteral("export-panel.png")), out.path())
                 && writeFileDialog(window, out.filePath(QStringLiteral("file-dialog.png")))
                 && writeLineWeightDialog(window, out.filePath(QStringLiteral("lineweight-dialog.png")))

@@ -36,7 +36,7 @@ const char kUsage[] =
     "STEPS, separated by \";\" (\"\\;\" is a literal one), run once the dialog is up, each on the\n"
     "topmost modal window of its time (a message box the dialog opens, say):\n"
     "  click:X      the button, check box or radio button whose object name, else text, is X\n"
-    "               (\"&\" included)\n"
+    "               (\"&\" included; a task dialog's command button by its caption)\n"
     "  key:SEQ      a key sequence such as Esc, Return, Alt+Y\n"
     "  type:TEXT    typed into the focused widget\n"
     "  focus:X      focus to the widget whose object name is X\n"

@@ -115,19 +115,34 @@ QString describe(int index, const ZrStep& step)
     return QStringLiteral("step %1 \"%2\"").arg(index).arg(step.text);
 }
 
+// What a button says: its own text, else the text of a label it is the buddy of (a button that
+// lays out its caption in labels of its own, as the task dialog's command buttons do).
+QString buttonCaption(const QAbstractButton* button)
+{
+    if (!button->text().isEmpty())
+        return button->text();
+    for (const QLabel* label : button->findChildren<QLabel*>()) {
+        if (label->buddy() == button && !label->text().isEmpty())
+            return label->text();
+    }
+    return QString();
+}
+
+// The visible button whose object name, else caption, is `nameOrText`; an enabled one first.
 QAbstractButton* findButton(QWidget* window, const QString& nameOrText)
 {
     const auto buttons = window->findChildren<QAbstractButton*>();
-    auto usable = [](QAbstractButton* b) { return b->isVisible() && b->isEnabled(); };
-    for (QAbstractButton* button : buttons) {
-        if (usable(button) && button->objectName() == nameOrText)
-            return button;
+    QAbstractButton* disabled = nullptr;
+    for (const bool byName : {true, false}) {
+        for (QAbstractButton* button : buttons) {
+            if (!button->isVisible() || (byName ? button->objectName() : buttonCaption(button)) != nameOrText)
+                continue;
+            if (button->isEnabled())
+                return button;
+            disabled = disabled ? disabled : button;
+        }
     }
-    for (QAbstractButton* button : buttons) {
-        if (usable(button) && button->text() == nameOrText)
-            return button;
-    }
-    return nullptr;
+    return disabled;
 }
 
 // Where a person clicks: a check box or a radio button answers only on its indicator and label.
@@ -384,7 +399,9 @@ QString carryOut(const ZrStep& step, QWidget* window)
     case ZrStep::Click: {
         QAbstractButton* button = findButton(window, step.argument);
         if (!button)
-            return QStringLiteral("no visible, enabled button named or labelled \"%1\"").arg(step.argument);
+            return QStringLiteral("no visible button named or labelled \"%1\"").arg(step.argument);
+        if (!button->isEnabled())
+            return QStringLiteral("\"%1\" is disabled").arg(step.argument);
         QTest::mouseClick(button, Qt::LeftButton, Qt::NoModifier, clickPoint(button));
         return {};
     }

@@ -3,9 +3,9 @@
 
 #include "qt_colordialog.h"
 #include "qt_filedialog.h"
-
 #include "qt_lweightdialog.h"
 #include "qt_messagebox.h"
+#include "qt_taskdialog.h"
 #include "zrglobaluireactor.h"
 
 #include "zrarbitdict.h"
@@ -40,6 +40,7 @@ const ZrQtDialogEntry kDialogs[] = {
      ZrQtDialogParent::TargetWindow},
     {L"FileNavDialogBox", [](QWidget* parent) { return ZrQtFileDialog::createObject(parent); },
      ZrQtDialogParent::TargetWindow},
+    {L"TaskDialog", &createModalDialog<ZrQtTaskDialog>, ZrQtDialogParent::TargetWindow},
     {L"ColorDialog", [](QWidget* parent) { return ZrQtColorDialog::createObject(parent); },
      ZrQtDialogParent::TargetWindow},
     {L"LineWeightDialog", &createModalDialog<ZrQtLweightDlgImpl>, ZrQtDialogParent::TargetWindow},

@@ -1,4 +1,5 @@
 #include "qt_messagebox.h"
+#include "qt_messagebox_p.h"
 
 #include "ZrQtUtilsFunc.h"
 #include "zrsvglabel.h"
@@ -13,6 +14,8 @@
 #include <QPushButton>
 #include <QShortcut>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace {
 
@@ -29,54 +32,26 @@ constexpr int kCustomButtons = 6;
 const int kWrapWidth = 351;
 const int kWrapLimit = 349;
 
-struct IconEntry
-{
-    int code;
-    const char* image;
-    bool raw;
-};
+using zrdialogparts::ButtonChoice;
+using zrdialogparts::buttonText;
+using zrdialogparts::kCancel;
+using zrdialogparts::kNo;
+using zrdialogparts::kOk;
+using zrdialogparts::kRetry;
+using zrdialogparts::kYes;
 
-const IconEntry kIcons[] = {
-    {32, "question.svg", false},
-    {48, "common/information.svg", true},
-    {64, "TriangleWarningBig.svg", false},
-    {80, "common/error.png", true},
-};
-
-QString iconPath(int dlgtype)
-{
-    const int code = dlgtype & 0xFF;
-    for (const IconEntry& entry : kIcons) {
-        if (entry.code == code)
-            return zrutGetImageFullPath(QString::fromLatin1(entry.image), entry.raw);
-    }
-    return QString();
-}
-
-struct ButtonChoice
-{
-    const char* key;
-    const char* text;
-    char shortcut;
-    int id;
-};
-
+// The message box counts its OK button 0 in the single-button sets.
 const ButtonChoice kOk0 = {"IDS_DLG_PROMPT_OK_KEY", "确定(&O)", 'O', 0};
-const ButtonChoice kOk1 = {"IDS_DLG_PROMPT_OK_KEY", "确定(&O)", 'O', 1};
-const ButtonChoice kCancel = {"IDS_EATTEXT_5", "取消(&C)", 'C', 2};
 // The abort and retry buttons cross their shortcuts and ids on purpose: callers read these ids.
 const ButtonChoice kAbort = {"IDS_QTUTILS_TASKDIALOG_0", "终止(&T)", 'R', 4};
 const ButtonChoice kRetryCrossed = {"IDS_UITASKDIALOG_PROMPT4", "重试(&R)", 'T', 3};
 const ButtonChoice kIgnore = {"CMDSRES_IDD_DIALOG_HATCH_27", "忽略(&I)", 'I', 5};
-const ButtonChoice kYes = {"IDS_EATTEXT_118", "是(&Y)", 'Y', 6};
-const ButtonChoice kNo = {"IDS_EATTEXT_119", "否(&N)", 'N', 7};
-const ButtonChoice kRetry = {"IDS_UITASKDIALOG_PROMPT4", "重试(&R)", 'R', 4};
 
 std::vector<ButtonChoice> buttonSet(int flag)
 {
     switch (flag) {
     case 0: return {kOk0};
-    case 1: return {kOk1, kCancel};
+    case 1: return {kOk, kCancel};
     case 2: return {kAbort, kRetryCrossed, kIgnore};
     case 3: return {kYes, kNo, kCancel};
     case 4: return {kYes, kNo};
@@ -84,8 +59,6 @@ std::vector<ButtonChoice> buttonSet(int flag)
     default: return {};
     }
 }
-
-QString buttonText(const ButtonChoice& choice) { return zrUiText(choice.key, QString::fromUtf8(choice.text)); }
 
 QString wrapMessage(const QString& msg, const QFontMetrics& metrics)
 {
@@ -126,8 +99,7 @@ QButtonGroup* buttonColumn(QDialog* dialog, QVBoxLayout* column, const ZrJsonPtr
 ZrQtMessageBox::ZrQtMessageBox(ZrQtUIModalDialogBase* base, QWidget* parent, QFlags<Qt::WindowType> flags)
     : ZrQtModalDialogImpl<ZrQtMessageBox, QDialog>(base, parent, flags)
 {
-    setWindowFlags(windowFlags()
-                   & ~(Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint | Qt::WindowContextHelpButtonHint));
+    setWindowFlags(zrdialogparts::withoutExtraTitleButtons(windowFlags()));
     setWindowIcon(QIcon(zrutGetImageFullPath(QStringLiteral("zrapp/zrapp.svg"), true)));
 }
 
@@ -189,7 +161,8 @@ int ZrQtMessageBox::onCreateInner()
 
 void ZrQtMessageBox::buildMessageRow(QHBoxLayout* row, const QString& msg, int dlgtype)
 {
-    const QString image = iconPath(dlgtype);
+    // Only the low eight bits of the type count here.
+    const QString image = zrdialogparts::iconPath(dlgtype & 0xFF);
     if (QFile::exists(image)) {
         auto* icon = new ZrSvgLabel;
         icon->setFixedSize(32, 32);
@@ -279,14 +252,68 @@ QPushButton* ZrQtMessageBox::addControlButton(QHBoxLayout* row, const QString& t
 
 void ZrQtMessageBox::reject()
 {
-    if (m_pGroupBtns && !m_pGroupBtns->buttons().isEmpty())
-        m_param->SetDataI("ControlBtn", m_pGroupBtns->id(m_pGroupBtns->buttons().last()));
+    const int last = zrdialogparts::lastButtonId(m_pGroupBtns, -1);
+    if (last != -1)
+        m_param->SetDataI("ControlBtn", last);
     QDialog::reject();
 }
 
-QString ZrQtMessageBox::getTextColor() const
+QString ZrQtMessageBox::getTextColor() const { return zrdialogparts::textColor(this); }
+
+QString ZrQtMessageBox::getButtonTextColor() const { return QStringLiteral("rgb(0, 116, 216)"); }
+
+namespace zrdialogparts {
+
+namespace {
+
+struct IconEntry
 {
-    QColor color = palette().color(QPalette::Window);
+    int code;
+    const char* image;
+    bool raw;
+};
+
+const IconEntry kIcons[] = {
+    {32, "question.svg", false},
+    {48, "common/information.svg", true},
+    {64, "TriangleWarningBig.svg", false},
+    {80, "common/error.png", true},
+};
+
+} // namespace
+
+QString iconPath(int code)
+{
+    for (const IconEntry& entry : kIcons) {
+        if (entry.code == code)
+            return zrutGetImageFullPath(QString::fromLatin1(entry.image), entry.raw);
+    }
+    return QString();
+}
+
+bool isIconCode(int code)
+{
+    return std::any_of(std::begin(kIcons), std::end(kIcons), [code](const IconEntry& entry) { return entry.code == code; });
+}
+
+const ButtonChoice kOk = {"IDS_DLG_PROMPT_OK_KEY", "确定(&O)", 'O', 1};
+const ButtonChoice kCancel = {"IDS_EATTEXT_5", "取消(&C)", 'C', 2};
+const ButtonChoice kYes = {"IDS_EATTEXT_118", "是(&Y)", 'Y', 6};
+const ButtonChoice kNo = {"IDS_EATTEXT_119", "否(&N)", 'N', 7};
+const ButtonChoice kRetry = {"IDS_UITASKDIALOG_PROMPT4", "重试(&R)", 'R', 4};
+
+QString buttonText(const ButtonChoice& choice) { return zrUiText(choice.key, QString::fromUtf8(choice.text)); }
+
+int lastButtonId(const QButtonGroup* group, int none)
+{
+    if (!group || group->buttons().isEmpty())
+        return none;
+    return group->id(group->buttons().last());
+}
+
+QString textColor(const QWidget* widget)
+{
+    QColor color = widget->palette().color(QPalette::Window);
     if (color.lightness() < 96) {
         color.setHsl(color.hslHue(), color.hslSaturation(), 255 - color.lightness(), 255);
         return QString::asprintf("rgb(%d, %d, %d)", color.red(), color.green(), color.blue());
@@ -294,4 +321,9 @@ QString ZrQtMessageBox::getTextColor() const
     return QStringLiteral("rgb(0, 51, 153)");
 }
 
-QString ZrQtMessageBox::getButtonTextColor() const { return QStringLiteral("rgb(0, 116, 216)"); }
+Qt::WindowFlags withoutExtraTitleButtons(Qt::WindowFlags flags)
+{
+    return flags & ~(Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint | Qt::WindowContextHelpButtonHint);
+}
+
+} // namespace zrdialogparts

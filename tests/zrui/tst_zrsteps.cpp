@@ -6,6 +6,7 @@
 #include "zrtestmain.h"
 
 #include <QComboBox>
+#include <QLabel>
 #include <QDialog>
 #include <QLineEdit>
 #include <QListWidget>
@@ -500,6 +501,34 @@ private Q_SLOTS:
         QVERIFY2(error.isEmpty(), qPrintable(error));
         QVERIFY2(innerSeen.contains(QStringLiteral("press 5,5")), qPrintable(innerSeen.join(QLatin1Char(','))));
         QVERIFY2(!grid->seen.contains(QStringLiteral("press 5,5")), qPrintable(grid->seen.join(QLatin1Char(','))));
+    }
+
+    // A button that lays its caption out in a label of its own is found by that caption; of two with
+    // one caption the enabled one takes the click, and a disabled one alone ends the run saying so.
+    void buttonIsFoundByItsBuddyCaption()
+    {
+        QDialog dialog;
+        new QVBoxLayout(&dialog);
+        auto captioned = [&dialog] {
+            auto* button = new QPushButton(&dialog);
+            auto* caption = new QLabel(QStringLiteral("覆盖"), button);
+            caption->setBuddy(button);
+            dialog.layout()->addWidget(button);
+            return button;
+        };
+        QPushButton* held = captioned();
+        held->setEnabled(false);
+        QPushButton* free = captioned();
+        QSignalSpy clicks(free, &QPushButton::clicked);
+        connect(addOkButton(&dialog), &QPushButton::clicked, &dialog, &QDialog::accept);
+        const QString error = runThenAccept(&dialog, QStringLiteral("click:覆盖"));
+        QVERIFY2(error.isEmpty(), qPrintable(error));
+        QCOMPARE(clicks.count(), 1);
+
+        free->setEnabled(false);
+        QString disabled;
+        QCOMPARE(runWithSteps(&dialog, QStringLiteral("click:覆盖;click:btnOK"), &disabled), int(QDialog::Rejected));
+        QCOMPARE(disabled, QStringLiteral("step 1 \"click:覆盖\": \"覆盖\" is disabled"));
     }
 
     // The failing step is in the nested box's loop: the run still ends, naming it, with both windows closed.

@@ -22,6 +22,12 @@ namespace {
 const QString kMessageBoxParam =
     QStringLiteral(R"({"title":"T","msg":"M","flag":3,"contentFlag":1,"dlgtype":32})");
 
+// Three commands; the check box, checked at first, holds the second back until it is cleared.
+const QString kTaskDialogParam = QStringLiteral(
+    R"({"title":"保存","msg":"图纸已存在。","contentFlag":13,"enableBtnId":[2],"checkboxChecked":true,)"
+    R"("checkboxText":"保护现有图纸","selBtnText":[{"id":1,"caption":"另存为新图纸","extend":"保留原图纸"},)"
+    R"({"id":2,"caption":"覆盖现有图纸","extend":"原图纸将被替换"},{"id":3,"caption":"不保存"}]})");
+
 struct ZruiRun
 {
     bool finished = false;
@@ -248,6 +254,27 @@ private Q_SLOTS:
         QCOMPARE(r.answerLine().value("result").toInt(), 1);
     }
 
+    // Command buttons are clicked by their caption. Before the check box is cleared the second one
+    // takes no click: the run says so and the dialog answers nothing.
+    void taskDialogCommandHeldBackByItsCheckBox()
+    {
+        ZruiRun r = run({"dialog", "TaskDialog", "--param", kTaskDialogParam, "--do", "click:覆盖现有图纸"});
+        QCOMPARE(r.exitCode, 2);
+        QVERIFY2(r.err.contains(QStringLiteral("step 1 \"click:覆盖现有图纸\": \"覆盖现有图纸\" is disabled")),
+                 qPrintable(r.err));
+        QVERIFY(r.out.isEmpty());
+
+        r = run({"dialog", "TaskDialog", "--param", kTaskDialogParam, "--do", "click:保护现有图纸;click:覆盖现有图纸"});
+        QVERIFY2(r.exitCode == 0, qPrintable(r.err));
+        QCOMPARE(r.answerLine().value("result").toInt(), 1);
+        const QJsonObject param = r.answerLine().value("param").toObject();
+        QCOMPARE(param.value("ControlBtn").toInt(), 2);
+        QCOMPARE(param.value("selectedCheck").toBool(true), false);
+
+        r = run({"dialog", "TaskDialog", "--param", kTaskDialogParam, "--do", "click:不保存"});
+        QCOMPARE(r.answerLine().value("param").toObject().value("ControlBtn").toInt(), 3);
+    }
+
     void timeoutClosesAnUnattendedDialog()
     {
         const ZruiRun r = run({"dialog", "MessageBox", "--param", kMessageBoxParam, "--timeout-ms", "200"});
@@ -400,6 +427,7 @@ private Q_SLOTS:
         const QStringList names = QString::fromUtf8(r.out).split('\n', Qt::SkipEmptyParts);
         QVERIFY2(names.contains("MessageBox"), r.out.constData());
         QVERIFY2(names.contains("ColorDialog"), r.out.constData());
+        QVERIFY2(names.contains("TaskDialog"), r.out.constData());
         QVERIFY(!names.contains("About"));
     }
 
@@ -483,8 +511,8 @@ private Q_SLOTS:
         QVERIFY2(r.finished, "zrhostapp did not end");
         QVERIFY2(r.exitCode == 0, qPrintable(r.err));
         for (const char* name : {"main-window.png", "message-box.png", "color-dialog.png", "color-dialog-true.png",
-                                 "color-dialog-book.png", "export-panel.png", "file-dialog.png",
-                                 "lineweight-dialog.png"}) {
+                                 "color-dialog-book.png", "task-dialog.png", "export-panel.png",
+                                 "file-dialog.png", "lineweight-dialog.png"}) {
             const QImage shot(QDir(dir).filePath(QLatin1String(name)));
             QVERIFY2(!shot.isNull(), name);
             QVERIFY2(r.out.contains(name), r.out.constData());
