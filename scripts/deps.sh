@@ -1,6 +1,6 @@
 # Sourced by the scripts: installs the Debian packages the build and the tests need, when some are missing.
 
-ZR_DEB_PACKAGES=(build-essential cmake ninja-build ccache qtbase5-dev libqt5svg5-dev qt5-image-formats-plugins
+ZR_DEB_PACKAGES=(build-essential cmake ninja-build ccache qtbase5-dev libqt5svg5-dev qt5-image-formats-plugins qttranslations5-l10n
                  libspdlog-dev libfmt-dev libpugixml-dev libdxflib-dev python3-ezdxf xvfb xauth fonts-wqy-microhei
                  x11-common libx11-dev libqt5x11extras5-dev libxtst-dev openbox xdotool x11-utils)
 

@@ -1,12 +1,15 @@
 #include "zrappenv.h"
 
+#include "zrconfig.h"
 #include "zrdrawingcontrol.h"
 
 #include <QApplication>
+#include <QLibraryInfo>
 #include <QPalette>
 #include <QStyle>
 #include <QStyleFactory>
 #include <QTimer>
+#include <QTranslator>
 #include <QWidget>
 
 namespace ZrApp {
@@ -98,6 +101,14 @@ void applyAppearance(int theme)
 {
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setPalette(theme == kDarkTheme ? darkPalette() : lightPalette());
+    // Qt's own texts (the file dialog's columns and buttons) in the host's language, as the CAD host
+    // shows them; Debian's qttranslations5-l10n has them. Without the file they stay English.
+    const QString language = QString::fromUtf8(zr_sys_language().c_str()).replace(QLatin1Char('-'), QLatin1Char('_'));
+    auto* translator = new QTranslator(qApp);
+    if (translator->load(QStringLiteral("qtbase_") + language, QLibraryInfo::location(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(translator);
+    else
+        delete translator;
 }
 
 void when(QObject* context, std::function<bool()> ready, std::function<void()> then)
