@@ -2,6 +2,8 @@
 // Listing, opening and searching it must come back whatever the file holds, and what is read must
 // be found again by the searches.
 
+#include "fuzzsupport.h"
+
 #include "uicolorbookmng.h"
 #include "zrhostcontrol.h"
 
@@ -9,18 +11,8 @@
 #include <QString>
 #include <QTemporaryDir>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 
 namespace {
-
-void require(bool condition, const char* what)
-{
-    if (!condition) {
-        std::fprintf(stderr, "fuzz_colorbook: %s\n", what);
-        std::abort();
-    }
-}
 
 const QTemporaryDir& folder()
 {

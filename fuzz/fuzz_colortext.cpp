@@ -1,6 +1,8 @@
 // Fuzz target for the colour texts users type: the bytes, read as UTF-8, go through the parser of
 // the colour line, with a small book in place so that book colours and names are looked up too.
 
+#include "fuzzsupport.h"
+
 #include "uicolorwidgets.h"
 #include "zrhostcontrol.h"
 
@@ -8,18 +10,8 @@
 #include <QString>
 #include <QTemporaryDir>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 
 namespace {
-
-void require(bool condition, const char* what)
-{
-    if (!condition) {
-        std::fprintf(stderr, "fuzz_colortext: %s\n", what);
-        std::abort();
-    }
-}
 
 void ensureBook()
 {

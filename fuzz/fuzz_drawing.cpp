@@ -1,26 +1,14 @@
 // Fuzz target for the drawing file reader. Whatever reads must write out and read back to the same
 // text; whatever fails must say where and leave the open drawing as it was.
 
+#include "fuzzsupport.h"
+
 #include "zrdbdatabase.h"
 #include "zrdrawingcontrol.h"
 
 #include <QByteArray>
 #include <QString>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
-
-namespace {
-
-void require(bool condition, const char* what)
-{
-    if (!condition) {
-        std::fprintf(stderr, "fuzz_drawing: %s\n", what);
-        std::abort();
-    }
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {

@@ -1,6 +1,8 @@
 // Fuzz target for the DXF reader. Whatever reads must make a drawing the host can write and read
 // back; whatever fails must name its line and leave the open drawing as it was.
 
+#include "fuzzsupport.h"
+
 #include "zrdbdatabase.h"
 #include "zrdrawingcontrol.h"
 
@@ -9,18 +11,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-
-namespace {
-
-void require(bool condition, const char* what)
-{
-    if (!condition) {
-        std::fprintf(stderr, "fuzz_dxf: %s\n", what);
-        std::abort();
-    }
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {

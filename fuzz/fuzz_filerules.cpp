@@ -2,6 +2,8 @@
 // bytes, read as UTF-8 and cut at 0x01 into a name filter, a typed name and a default filter, go
 // through every rule; the whole text also goes through the reader of lsblk's mount point list.
 
+#include "fuzzsupport.h"
+
 #include "qt_filedialog_p.h"
 
 #include <QString>
@@ -9,18 +11,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-
-namespace {
-
-void require(bool condition, const char* what)
-{
-    if (!condition) {
-        std::fprintf(stderr, "fuzz_filerules: %s\n", what);
-        std::abort();
-    }
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {

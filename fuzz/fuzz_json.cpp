@@ -1,23 +1,15 @@
 // Fuzz target for the JSON reader. Whatever reads must write out and read back as an equal value,
 // in both layouts; whatever fails must say where; the path readers must agree with the index ones.
 
+#include "fuzzsupport.h"
+
 #include "zrjson.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 
 namespace {
-
-void require(bool condition, const char* what)
-{
-    if (!condition) {
-        std::fprintf(stderr, "fuzz_json: %s\n", what);
-        std::abort();
-    }
-}
 
 void checkRoundTrip(const IElementValueBase& value, bool indented)
 {

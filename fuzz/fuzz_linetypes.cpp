@@ -2,6 +2,8 @@
 // drawing can hold, loaded into a drawing and painted as the drawing view paints it; whatever it
 // refuses must say on which line.
 
+#include "fuzzsupport.h"
+
 #include "zrlinetypedefs.h"
 
 #include "zrdbdatabase.h"
@@ -18,14 +20,6 @@
 #include <cstdlib>
 
 namespace {
-
-void require(bool condition, const char* what)
-{
-    if (!condition) {
-        std::fprintf(stderr, "fuzz_linetypes: %s\n", what);
-        std::abort();
-    }
-}
 
 QGuiApplication& application()
 {

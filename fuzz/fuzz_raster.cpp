@@ -2,6 +2,8 @@
 // rows whose size, depth, layout and colour table the first bytes give. Whatever comes back is a
 // null picture or one of the raster's size; nothing is read outside the bytes given.
 
+#include "fuzzsupport.h"
+
 #include "ZrQtUtilsFunc.h"
 
 #include "zrgiraster.h"
@@ -13,14 +15,6 @@
 #include <vector>
 
 namespace {
-
-void require(bool condition, const char* what)
-{
-    if (!condition) {
-        std::fprintf(stderr, "fuzz_raster: %s\n", what);
-        std::abort();
-    }
-}
 
 void application()
 {

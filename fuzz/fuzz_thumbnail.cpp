@@ -1,6 +1,8 @@
 // Fuzz target for the reader of a drawing's preview section: the bytes as a drawing file, read into
 // a thumbnail record, then shown by the image preview label as the file dialog shows it.
 
+#include "fuzzsupport.h"
+
 #include "zrimagepreviewlabel.h"
 #include "zrstreambuf.h"
 #include "zrthumbnail.h"
@@ -15,14 +17,6 @@
 #include <vector>
 
 namespace {
-
-void require(bool condition, const char* what)
-{
-    if (!condition) {
-        std::fprintf(stderr, "fuzz_thumbnail: %s\n", what);
-        std::abort();
-    }
-}
 
 // The label paints into pixmaps, which need the application; the offscreen platform serves.
 struct Preview

@@ -48,6 +48,10 @@ public:
     bool getColor(const ZrString& book, const ZrString& colour, ZrCmColor& out);
     bool getColorPageIndex(const ZrString& book, const ZrString& colour, int& page);
 
+    // Goes up whenever a book's pages are read, also those of a new record where an old one was: what
+    // was painted from a book's pages holds while this stays.
+    quint64 generation() const;
+
 private:
     CEdColorBookManager();
     ~CEdColorBookManager();

@@ -1,6 +1,6 @@
 #include "zrlayerpanel.h"
 
-#include "qt_common_ui.h"
+#include "qt_colordialog.h"
 #include "zrappenv.h"
 #include "zrdbdatabase.h"
 #include "zrdbsymtb.h"
@@ -189,26 +189,15 @@ void ZrLayerPanel::chooseLayerColor(int row)
         before = layer->color();
     }
     // A layer's own colour can't follow a layer or a block.
-    const ZrJsonPtr param = ElementValue::createObject(kZrJsonObject);
-    ZrCmColorToJson(before, param);
-    param->SetDataB("isByLayerEnable", false);
-    param->SetDataB("isByBLockEnable", false);
-    const ZrJsonPtr answer =
-        zruiShowModelDialogEx(kZrQtCommonUISvrSlot, ZrString(L"ColorDialog"), param, ZrRxObjectPtr(), window());
-    int result = 0;
-    if (!answer || !answer->GetDataI("result", result) || result != 1)
-        return;
-    const ZrCmColor chosen = JsonToZrCmColor(param);
-    if (!chosen.isByACI() && !chosen.isByColor())
-        return;
-    if (chosen == before)
+    const std::optional<ZrCmColor> chosen = ZrQtColorDialog::chooseColor(before, window());
+    if (!chosen || (!chosen->isByACI() && !chosen->isByColor()) || *chosen == before)
         return;
     // The drawing may have changed while the dialog was up; the layer is looked at again.
     ZrHostControl::beginUndoStep(ZrString(L"图层颜色"));
     {
         ZrDbObjectPointer<ZrDbLayerTableRecord> layer(id, ZrDb::kForWrite);
         if (layer)
-            layer->setColor(chosen);
+            layer->setColor(*chosen);
     }
     ZrHostControl::endUndoStep();
 }

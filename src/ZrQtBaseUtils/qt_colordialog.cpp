@@ -1,7 +1,9 @@
 #include "qt_colordialog.h"
 
+#include "qt_common_ui.h"
 #include "zrcolordialog.h"
 
+#include "zrjson.h"
 #include "zrui.h"
 
 namespace {
@@ -24,6 +26,24 @@ ZrSmartPtr<ZrUiDialogBase> ZrQtColorDialog::createObject(QWidget* parent, Qt::Wi
     if (!frame->onCreate(parent, flags, name))
         return nullptr;
     return ZrSmartPtr<ZrUiDialogBase>(frame.get());
+}
+
+std::optional<ZrCmColor> ZrQtColorDialog::chooseColor(const ZrCmColor& start, QWidget* parent, bool byLayerByBlock,
+                                                       int tabs)
+{
+    const ZrJsonPtr param = ElementValue::createObject(kZrJsonObject);
+    ZrCmColorToJson(start, param);
+    if (!byLayerByBlock) {
+        param->SetDataB("isByLayerEnable", false);
+        param->SetDataB("isByBLockEnable", false);
+    }
+    param->SetDataI("tabs", tabs);
+    const ZrJsonPtr answer = zruiShowModelDialogEx(kZrQtCommonUISvrSlot, ZrString(L"ColorDialog"), param,
+                                                   ZrRxObjectPtr(), parent);
+    int result = 0;
+    if (!answer || !answer->GetDataI("result", result) || result != 1)
+        return std::nullopt;
+    return JsonToZrCmColor(param);
 }
 
 // The dialog keeps no settings of its own, so the name is not kept either.

@@ -229,6 +229,7 @@ bool SearchColorBookFileList(const wchar_t* pattern, ZrArray<ZrString>& files)
 struct CEdColorBookManager::Private
 {
     ZrArray<SXuBookColorData> books{0, 8};
+    quint64 generation = 0;
 
     // The book with its pages read, null when unknown.
     SXuBookColorData* openBook(CEdColorBookManager* manager, const ZrString& name)
@@ -282,6 +283,8 @@ void CEdColorBookManager::loadData()
     }
 }
 
+quint64 CEdColorBookManager::generation() const { return d->generation; }
+
 void CEdColorBookManager::getColorBookNames(ZrArray<ZrString>& names)
 {
     if (d->books.isEmpty())
@@ -316,6 +319,7 @@ bool CEdColorBookManager::loadColorData(SXuBookColorData* book)
 {
     if (!book)
         return false;
+    ++d->generation;
     book->pages.removeAll();
     const XmlFile file(book->filePath);
     CXuUtXmlNode* root = file.root();

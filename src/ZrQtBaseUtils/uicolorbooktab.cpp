@@ -75,13 +75,14 @@ struct ZrUiColorBookPageLabel::Private
     int currentPage = 0;
     // The strips of the books shown lately, as painted at a size: a book of a thousand pages is a
     // thousand rectangles the first time and one image after, also when the user comes back to it.
+    // Keyed by the manager's generation, not the record's address, which a book read again may reuse.
     QCache<QString, QImage> strips{8};
 
     const QImage& stripsAt(const QWidget* label)
     {
         const QString key = QStringLiteral("%1|%2|%3|%4x%5")
                                 .arg(bookName)
-                                .arg(quintptr(book))
+                                .arg(CEdColorBookManager::getInstance()->generation())
                                 .arg(pageCount)
                                 .arg(label->width())
                                 .arg(label->height());
@@ -446,20 +447,9 @@ void ZrUiColorBookTab::freshNewRGB()
     int rgb[3] = {255, 255, 255};
     if (d->newColor)
         getRgb(d->newColor, rgb[0], rgb[1], rgb[2]);
-    static const struct
-    {
-        const char* key;
-        const char* text;
-    } channelTexts[] = {
-        {"ZRED_IDD_PROPPAGE_COLORTRUE_9", "红:"},
-        {"ZRED_IDD_PROPPAGE_COLORTRUE_10", "绿:"},
-        {"ZRED_IDD_PROPPAGE_COLORTRUE_11", "蓝:"},
-    };
     for (int i = 0; i < 3; ++i) {
-        if (!d->channels[i])
-            continue;
-        const QString name = zrUiText(channelTexts[i].key, QString::fromUtf8(channelTexts[i].text));
-        d->channels[i]->setText(QStringLiteral("  %1   %2").arg(name).arg(rgb[i]));
+        if (d->channels[i])
+            d->channels[i]->setText(channelLabelText(i, rgb[i]));
     }
     d->result->FreshNewColor();
 }

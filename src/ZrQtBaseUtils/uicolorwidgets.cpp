@@ -12,6 +12,21 @@
 #include <QPainterPath>
 #include <cstdlib>
 
+QString channelLabelText(int channel, int value, bool opening)
+{
+    static const char* const openingKeys[3] = {"IDS_ZRUI_CMCOLOR_PROMPT2", "IDS_ZRUI_CMCOLOR_PROMPT4",
+                                               "IDS_ZRUI_CMCOLOR_PROMPT6"};
+    static const char* const openingWords[3] = {"红", "绿", "蓝"};
+    static const char* const keys[3] = {"ZRED_IDD_PROPPAGE_COLORTRUE_9", "ZRED_IDD_PROPPAGE_COLORTRUE_10",
+                                        "ZRED_IDD_PROPPAGE_COLORTRUE_11"};
+    static const char* const words[3] = {"红:", "绿:", "蓝:"};
+    if (opening)
+        return QStringLiteral("  %1:   %2")
+            .arg(zrUiText(openingKeys[channel], QString::fromUtf8(openingWords[channel])))
+            .arg(value);
+    return QStringLiteral("  %1   %2").arg(zrUiText(keys[channel], QString::fromUtf8(words[channel]))).arg(value);
+}
+
 // The item record travels in QVariants and queued signals under its own name.
 static const int colorDataMetaType = qRegisterMetaType<ColorData>("ColorData");
 

@@ -1,6 +1,7 @@
 #include "uitruecolortab.h"
 
 #include "ZrQtUtilsFunc.h"
+#include "uicolorwidgets_p.h"
 
 #include "zrgeometry.h"
 #include "zrui.h"
@@ -363,8 +364,10 @@ ZrHSLWnd::ZrHSLWnd(ZrTrueColorWnd* trueColorWnd, QWidget* parent) : QWidget(pare
     d->hue = spinBox("hueSpinBox", 360);
     d->saturation = spinBox("saturationSpinBox", 100);
     d->luminance = spinBox("luminanceSpinBox", 100);
+    // 45 is the narrowest they get; the layout widens them to their widest value in their font, which
+    // 45 does not hold at common font sizes.
     for (QSpinBox* spin : {d->hue, d->saturation, d->luminance})
-        spin->setFixedWidth(45);
+        spin->setMinimumWidth(45);
     d->luminance->setValue(100);
     d->bar->setSliderPos(100);
 
@@ -722,18 +725,8 @@ void ZrTrueColorWnd::updateColor(bool all)
 
 void ZrTrueColorWnd::refreshChannelLabels(bool afterUpdate)
 {
-    static const char* const openingKeys[3] = {"IDS_ZRUI_CMCOLOR_PROMPT2", "IDS_ZRUI_CMCOLOR_PROMPT4",
-                                               "IDS_ZRUI_CMCOLOR_PROMPT6"};
-    static const char* const openingWords[3] = {"红", "绿", "蓝"};
-    static const char* const updatedKeys[3] = {"ZRED_IDD_PROPPAGE_COLORTRUE_9", "ZRED_IDD_PROPPAGE_COLORTRUE_10",
-                                               "ZRED_IDD_PROPPAGE_COLORTRUE_11"};
-    static const char* const updatedWords[3] = {"红:", "绿:", "蓝:"};
-    for (int i = 0; i < 3; ++i) {
-        const QString word = afterUpdate ? zrUiText(updatedKeys[i], QString::fromUtf8(updatedWords[i]))
-                                         : zrUiText(openingKeys[i], QString::fromUtf8(openingWords[i]));
-        const QString form = afterUpdate ? QStringLiteral("  %1   %2") : QStringLiteral("  %1:   %2");
-        d->channelLabels[i]->setText(form.arg(word).arg(d->channels[i]));
-    }
+    for (int i = 0; i < 3; ++i)
+        d->channelLabels[i]->setText(channelLabelText(i, d->channels[i], !afterUpdate));
 }
 
 // Three decimal numbers separated by commas; each is cut to 8 bits, so 300 reads as 44.

@@ -1,9 +1,6 @@
 #include "zrcolorbutton.h"
 
-#include "qt_common_ui.h"
-
-#include "zrjson.h"
-#include "zrui.h"
+#include "qt_colordialog.h"
 
 #include <QAction>
 #include <QApplication>
@@ -98,15 +95,10 @@ QPixmap ZrColorButtonWidget::getColorPixmapWithBorder(int w, int h, const QColor
 
 void ZrColorButtonWidget::slot_onInnerButtonClicked(bool)
 {
-    const ZrJsonPtr param = ElementValue::createObject(kZrJsonObject);
-    ZrCmColorToJson(d->color, param);
-    param->SetDataB("isByLayerEnable", false);
-    param->SetDataB("isByBLockEnable", false);
-    const ZrJsonPtr answer = zruiShowModelDialogEx(kZrQtCommonUISvrSlot, ZrString(L"ColorDialog"), param,
-                                                   ZrRxObjectPtr(), static_cast<QWidget*>(this));
-    if (!answer || answer->GetVarI("result", 0) != 1)
+    const std::optional<ZrCmColor> chosen = ZrQtColorDialog::chooseColor(d->color, this);
+    if (!chosen)
         return;
-    d->color = JsonToZrCmColor(param);
+    d->color = *chosen;
     Q_EMIT colorChanged();
     update();
 }

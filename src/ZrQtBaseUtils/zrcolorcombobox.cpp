@@ -1,14 +1,13 @@
 #include "zrcolorcombobox.h"
 
 #include "ZrQtUtilsFunc.h"
-#include "qt_common_ui.h"
+#include "qt_colordialog.h"
 #include "uicolorbookmng.h"
 #include "zrdrawingcombobox_p.h"
 
 #include "zrdbdatabase.h"
 #include "zrdbsymtb.h"
 #include "zrdocument.h"
-#include "zrjson.h"
 #include "zrresbuf.h"
 #include "zrsystem.h"
 #include "zrui.h"
@@ -562,28 +561,18 @@ void ZrColorComboBox::currentColorIndexChanged(int index)
 
 void ZrColorComboBox::chooseInDialog()
 {
-    const ZrJsonPtr param = ElementValue::createObject(kZrJsonObject);
-    ZrCmColorToJson(GetColor(d->currentIndex), param);
-    if (!(d->viewStyle & kByLayerByBlock)) {
-        param->SetDataB("isByLayerEnable", false);
-        param->SetDataB("isByBLockEnable", false);
-    }
+    const ZrCmColor start = GetColor(d->currentIndex);
     // The dialog item never stays current, also while the dialog is up.
     setCurrentIndex(d->currentIndex);
-    param->SetDataI("tabs", d->openColorTabs);
-    const ZrJsonPtr answer = zruiShowModelDialogEx(kZrQtCommonUISvrSlot, ZrString(L"ColorDialog"), param,
-                                                   ZrRxObjectPtr(), static_cast<QWidget*>(this));
-    int result = 0;
-    if (answer)
-        answer->GetDataI("result", result);
-    if (result != 1) {
+    const std::optional<ZrCmColor> chosen =
+        ZrQtColorDialog::chooseColor(start, this, (d->viewStyle & kByLayerByBlock) != 0, d->openColorTabs);
+    if (!chosen) {
         setCurrentIndex(d->currentIndex);
         return;
     }
-    const ZrCmColor chosen = JsonToZrCmColor(param);
-    std::optional<ColorData> shown = listedChoice(chosen);
+    std::optional<ColorData> shown = listedChoice(*chosen);
     if (!shown)
-        shown = addChoice(chosen);
+        shown = addChoice(*chosen);
     {
         ZrQtBlockSignalUtil blocker(this);
         setCurrentText(shown->text);

@@ -291,6 +291,26 @@ private Q_SLOTS:
         QVERIFY(barsAre(20, qRgb(200, 20, 30), 120, qRgb(40, 50, 60)));
     }
 
+    // The strip shows a book read again with its new page colours, also when the manager puts the new
+    // record where the old one was, as it does when the folders are looked at again.
+    void stripFollowsABookReadAgain()
+    {
+        ZrUiColorBookPageLabel strip;
+        strip.resize(20, 90);
+        const auto firstStrip = [&strip] { return strip.grab().toImage().pixel(10, 15); };
+        strip.setBookName(QStringLiteral("Harbour"), 2);
+        QCOMPARE(firstStrip(), qRgb(10, 20, 30));
+
+        BookFolder repainted;
+        QVector<zracb::BookColor> colors = harbourColors();
+        colors[0] = bookColor(QStringLiteral("Harbour 100 A"), 200, 20, 30);
+        repainted.add(QStringLiteral("harbour.acb"), QStringLiteral("Harbour"), colors, true, 2);
+        repainted.use();
+        strip.setBookName(QStringLiteral("Harbour"), 2);
+        QCOMPARE(strip.pageCount(), 3);
+        QCOMPARE(firstStrip(), qRgb(200, 20, 30));
+    }
+
     // Books with nothing in them, a huge one, a long name, and a folder that goes away: the tab shows
     // what there is and the user can still pick and accept.
     void badBooks()

@@ -14,6 +14,8 @@
 
 #include <QComboBox>
 #include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
 #include <QSpinBox>
 #include <QTabBar>
 #include <QTest>
@@ -347,6 +349,56 @@ private Q_SLOTS:
         chooseMode(window.child<QComboBox>("colorModeCombo"), mode);
         retype(window.child(spin.toLatin1().constData()), typed);
         QCOMPARE(window.spin(spin.toLatin1().constData()), value);
+    }
+
+    // The channel labels word a channel by one set of texts when the tab is made and by another from
+    // its first update on; a translation may tell them apart, so each must come from its own key.
+    void channelLabelsBeforeAndAfterTheFirstUpdate()
+    {
+        ZrHostControl::setLanguageTexts({{QStringLiteral("IDS_ZRUI_CMCOLOR_PROMPT2"), QStringLiteral("R")},
+                                         {QStringLiteral("ZRED_IDD_PROPPAGE_COLORTRUE_11"), QStringLiteral("Blue =")}});
+        QDialog dialog;
+        ZrCmColor newColor = trueColor(1, 2, 3);
+        ZrCmColor oldColor = newColor;
+        auto* tab = new ZrTrueColorWnd(&dialog, &dialog);
+        const auto labelText = [&dialog](const char* name) { return dialogChild<QLabel>(&dialog, name)->text(); };
+        QCOMPARE(labelText("trueRedLabel"), QStringLiteral("  R:   255"));
+        QCOMPARE(labelText("trueBlueLabel"), QStringLiteral("  蓝:   255"));
+        tab->initializeData(&newColor, &oldColor);
+        tab->updateColor(true);
+        QCOMPARE(labelText("trueRedLabel"), QStringLiteral("  红:   1"));
+        QCOMPARE(labelText("trueBlueLabel"), QStringLiteral("  Blue =   3"));
+        ZrHostControl::setLanguageTexts({});
+    }
+
+    void hslSpinBoxesShowTheirWidestValue_data()
+    {
+        QTest::addColumn<int>("pixelSize");
+        QTest::newRow("the dialog's font") << 0;
+        QTest::newRow("16 pixels") << 16;
+    }
+
+    // "360" fits the hue's edit field, whatever the font; the fields never go below the 45 pixels the
+    // tab was laid out for.
+    void hslSpinBoxesShowTheirWidestValue()
+    {
+        QFETCH(int, pixelSize);
+        TabWindow window(trueColor(255, 0, 4));
+        if (pixelSize > 0) {
+            QFont font = window.dialog.font();
+            font.setPixelSize(pixelSize);
+            window.dialog.setFont(font);
+        }
+        window.dialog.layout()->activate();
+        for (const char* name : {"hueSpinBox", "saturationSpinBox", "luminanceSpinBox"}) {
+            auto* spin = window.child<QSpinBox>(name);
+            const QLineEdit* edit = spin->findChild<QLineEdit*>();
+            QVERIFY(spin->width() >= 45);
+            // QLineEdit keeps 2 pixels free on either side of its text.
+            const int room = edit->contentsRect().width() - 4;
+            QVERIFY2(room >= edit->fontMetrics().horizontalAdvance(QString::number(spin->maximum())),
+                     name);
+        }
     }
 
     void colourOpensOnThisTabAndTypedChannelsReachTheCaller()

@@ -10,6 +10,7 @@
 #include <QAbstractItemView>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QTabWidget>
 #include <memory>
 
 using namespace ControlsTest;
@@ -367,6 +368,21 @@ private Q_SLOTS:
         QVERIFY(chosen.isEmpty());
         QVERIFY(ZrHostControl::queuedMacros().isEmpty());
         QCOMPARE(db()->cecolor(), aci(3));
+    }
+
+    // The dialog opens with the tabs the box was given, not the three it has by default.
+    void dialogOpensWithTheBoxsTabs()
+    {
+        auto box = shown(nullptr, true);
+        box->setOpenColorTabs(1 | 4);
+        int tabs = -1;
+        ZrTest::whenModalShown([&tabs](QWidget* dialog) {
+            if (const QTabWidget* tabWidget = dialog->findChild<QTabWidget*>())
+                tabs = tabWidget->count();
+            QTest::keyClick(dialog, Qt::Key_Escape);
+        });
+        pick(*box, kChooseItem);
+        QCOMPARE(tabs, 2);
     }
 
     // ByBlock from the dialog makes position 1 the accepted item, even where a None item in front
