@@ -360,30 +360,6 @@ private Q_SLOTS:
                                             QStringLiteral("Custom"), QStringLiteral("alpha")}));
     }
 
-    void lineweightTexts_data()
-    {
-        QTest::addColumn<bool>("inches");
-        QTest::addColumn<int>("weight");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("0 mm") << false << 0 << QStringLiteral("0.00 mm");
-        QTest::newRow("25 mm") << false << 25 << QStringLiteral("0.25 mm");
-        QTest::newRow("211 mm") << false << 211 << QStringLiteral("2.11 mm");
-        QTest::newRow("9 in") << true << 9 << QStringLiteral("0.004\"");
-        QTest::newRow("106 in") << true << 106 << QStringLiteral("0.042\"");
-        QTest::newRow("by layer") << true << -1 << QStringLiteral("ByLayer");
-        QTest::newRow("by block") << false << -2 << QStringLiteral("ByBlock");
-        QTest::newRow("default") << false << -3 << QStringLiteral("默认");
-        QTest::newRow("not a weight") << false << 7 << QString();
-    }
-
-    void lineweightTexts()
-    {
-        QFETCH(bool, inches);
-        QFETCH(int, weight);
-        QFETCH(QString, text);
-        QCOMPARE(zrqthelper::getLineName(inches, static_cast<ZrDb::LineWeight>(weight)), text);
-    }
-
     void layerInPlayFollowsTheSelection()
     {
         const ZrDbObjectId dashed = addLineType(QStringLiteral("DASHED"), {5.0, -2.5});

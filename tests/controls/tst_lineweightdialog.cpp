@@ -3,6 +3,7 @@
 
 #include "controlstesthelpers.h"
 #include "lineweighttesthelpers.h"
+#include "zrtestinput.h"
 #include "zrtestmain.h"
 
 #include "zrlinewidthcombobox.h"
@@ -13,7 +14,6 @@
 #include "zrui.h"
 #include "zruidialog.h"
 
-#include <QCheckBox>
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
@@ -61,20 +61,6 @@ Widget* child(QWidget* dialog, const char* name)
     if (!widget)
         qWarning("no %s", name);
     return widget;
-}
-
-void clickRow(ZrQtLweightListWidget* list, const QString& text)
-{
-    const QList<QListWidgetItem*> found = list->findItems(text, Qt::MatchExactly);
-    QVERIFY2(found.size() == 1, qPrintable(text));
-    list->scrollToItem(found[0]);
-    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(found[0]).center());
-}
-
-// On the indicator: a check box's row is wider than what a click toggles.
-void clickCheck(QCheckBox* box)
-{
-    QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(box->height() / 2, box->height() / 2));
 }
 
 } // namespace
@@ -130,9 +116,9 @@ private Q_SLOTS:
             QCOMPARE(list->item(3)->text(), QStringLiteral("0.000\""));
             QCOMPARE(list->currentItem()->text(), QStringLiteral("ByLayer"));
             QCOMPARE(combo->currentText(), QStringLiteral("0.010\""));
-            clickRow(list, QStringLiteral("0.020\""));
+            QVERIFY(ZrTest::clickListItem(list, QStringLiteral("0.020\"")));
             QCOMPARE(child<QLabel>(dialog, "currentLweightLabel")->text(), QStringLiteral("当前线宽: 0.020\"\""));
-            clickCheck(child<QCheckBox>(dialog, "displayCheck"));
+            ZrTest::clickCheckBox(child<QCheckBox>(dialog, "displayCheck"));
             auto* slider = child<QSlider>(dialog, "scaleSlider");
             slider->setFocus();
             QTest::keyClick(slider, Qt::Key_End);
@@ -170,19 +156,21 @@ private Q_SLOTS:
         const Settings before = settings();
         // A companion that is not the host's variable object: the dialog works on the drawing's.
         const ZrRxObjectPtr helper(new ZrRxObjectImpl<ZrUiHelper>(), kZrAttach);
+        const ZrJsonPtr param = ElementValue::createObject(kZrJsonObject);
         const int result = run(helper, [how](QWidget* dialog) {
             QTest::mouseClick(child<QRadioButton>(dialog, "inchRadio"), Qt::LeftButton);
-            clickRow(child<ZrQtLweightListWidget>(dialog, "lweightList"), QStringLiteral("0.083\""));
-            clickCheck(child<QCheckBox>(dialog, "displayCheck"));
+            QVERIFY(ZrTest::clickListItem(child<ZrQtLweightListWidget>(dialog, "lweightList"), QStringLiteral("0.083\"")));
+            ZrTest::clickCheckBox(child<QCheckBox>(dialog, "displayCheck"));
             if (how == QLatin1String("Esc"))
                 QTest::keyClick(dialog, Qt::Key_Escape);
             else if (how == QLatin1String("close"))
                 dialog->close();
             else
                 QTest::mouseClick(child<QPushButton>(dialog, "cancelButton"), Qt::LeftButton);
-        });
+        }, param);
         QCOMPARE(result, 2);
         QVERIFY(settings() == before);
+        QCOMPARE(param->size(), 0);
     }
 
     // The slider's ends are the scales 0.1 and 1.0; with the companion of zrui, OK still reaches

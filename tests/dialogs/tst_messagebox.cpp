@@ -1,5 +1,6 @@
 // The message box as a caller and a user meet it: keys in, buttons, keys and clicks, keys out.
 
+#include "zrtestinput.h"
 #include "zrtesthost.h"
 #include "zrtestmain.h"
 
@@ -76,9 +77,6 @@ QString textOfWidth(const QFontMetrics& metrics, int width)
     }
     return QString();
 }
-
-// On the box's indicator: the row is wider than what a click toggles.
-void clickCheck(QCheckBox* check) { QTest::mouseClick(check, Qt::LeftButton, {}, QPoint(6, check->height() / 2)); }
 
 } // namespace
 
@@ -325,9 +323,9 @@ private Q_SLOTS:
                              [](QDialog* box) {
                                  QList<QCheckBox*> checks = box->findChildren<QCheckBox*>();
                                  QCOMPARE(checks.size(), 3);
-                                 clickCheck(checks[1]);
-                                 clickCheck(checks[2]);
-                                 clickCheck(checks[2]);
+                                 ZrTest::clickCheckBox(checks[1]);
+                                 ZrTest::clickCheckBox(checks[2]);
+                                 ZrTest::clickCheckBox(checks[2]);
                                  // No control row: the selectors are the only buttons.
                                  QCOMPARE(pushButtons(box).size(), 2);
                                  QTest::mouseClick(buttonWithText(box, QStringLiteral("二")), Qt::LeftButton);
@@ -343,8 +341,8 @@ private Q_SLOTS:
         Outcome out = runBox(R"({"contentFlag":8,"flag":0,"selCheckText":["0","1","2","3","4","5","6","7","8","9"]})",
                              [](QDialog* box) {
                                  QList<QCheckBox*> checks = box->findChildren<QCheckBox*>();
-                                 clickCheck(checks[7]);
-                                 clickCheck(checks[8]);
+                                 ZrTest::clickCheckBox(checks[7]);
+                                 ZrTest::clickCheckBox(checks[8]);
                                  QTest::mouseClick(pushButtons(box)[0], Qt::LeftButton);
                              });
         QCOMPARE(out.param->GetVarI("selectedCheck", -1), 128);

@@ -1,6 +1,7 @@
 // The task dialog as a caller and a user meet it: keys in, command and standard buttons, the check
 // box, Esc and the close button, keys out; and what it makes of sizes and lists it cannot hold.
 
+#include "zrtestinput.h"
 #include "zrtesthost.h"
 #include "zrtestmain.h"
 
@@ -108,9 +109,6 @@ QByteArray threeCommands(const char* extra)
         + extra + "}";
 }
 
-// On the box's indicator, where a user clicks it.
-void clickCheck(QCheckBox* check) { QTest::mouseClick(check, Qt::LeftButton, {}, QPoint(6, check->height() / 2)); }
-
 QString allLabelText(QDialog* dialog)
 {
     QStringList list;
@@ -180,50 +178,40 @@ private Q_SLOTS:
         QCOMPARE(out.controlBtn(), 1);
     }
 
-    void noRowWithoutFlag()
+    void disabledButtonMask_data()
     {
-        // A focus bit alone makes no OK, and "flag" 0 makes no row: Esc is then a cancel.
-        const Outcome out = runTask(R"({"msg":"M","contentFlag":3,"flag":0,"focusFlagBtnId":2})", [](QDialog* dialog) {
-            QVERIFY(standardButtons(dialog).isEmpty());
-            QTest::keyClick(dialog, Qt::Key_Escape);
-        });
-        QCOMPARE(out.result, 2);
-        QCOMPARE(out.controlBtn(), 2);
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<QList<bool>>("enabled");
+        QTest::addColumn<int>("clicked");
+        QTest::addColumn<int>("controlBtn");
+        // On custom buttons the mask is ANDed with the index: 1 takes out the odd indexes.
+        QTest::newRow("custom") << QByteArray(R"({"contentFlag":2,"flag":64,"btnText":["甲","乙","丙","丁"],"nDisabledButtonMask":1})")
+                                << QList<bool>{true, false, true, false} << 2 << 2;
+        QTest::newRow("no custom text gives OK") << QByteArray(R"({"contentFlag":2,"flag":64,"btnText":[]})")
+                                                 << QList<bool>{true} << 0 << 1;
+        // On standard buttons it holds flag bits: Yes (2) and Cancel (8) are out, and a click on one does nothing.
+        QTest::newRow("standard") << QByteArray(R"({"contentFlag":2,"flag":63,"nDisabledButtonMask":10})")
+                                  << QList<bool>{true, false, true, true, false, true} << 1 << -1;
     }
 
-    void customButtonsAndTheirMask()
+    void disabledButtonMask()
     {
-        QList<bool> enabled;
-        Outcome out = runTask(R"({"contentFlag":2,"flag":64,"btnText":["甲","乙","丙","丁"],"nDisabledButtonMask":1})",
-                              [&](QDialog* dialog) {
-                                  for (QPushButton* button : standardButtons(dialog))
-                                      enabled << button->isEnabled();
-                                  QTest::mouseClick(standardButtons(dialog)[2], Qt::LeftButton);
-                              });
-        // The mask is ANDed with the index: 1 takes out the odd indexes.
-        QCOMPARE(enabled, (QList<bool>{true, false, true, false}));
-        QCOMPARE(out.controlBtn(), 2);
-
-        out = runTask(R"({"contentFlag":2,"flag":64,"btnText":[]})", [](QDialog* dialog) {
-            QCOMPARE(texts(standardButtons(dialog)), QStringList{"确定(&O)"});
-            QTest::mouseClick(standardButtons(dialog)[0], Qt::LeftButton);
-        });
-        QCOMPARE(out.controlBtn(), 1);
-    }
-
-    void disabledStandardButtons()
-    {
-        const Outcome out = runTask(R"({"contentFlag":2,"flag":63,"nDisabledButtonMask":10})", [](QDialog* dialog) {
-            QList<bool> enabled;
+        QFETCH(QByteArray, json);
+        QFETCH(QList<bool>, enabled);
+        QFETCH(int, clicked);
+        QFETCH(int, controlBtn);
+        QList<bool> seen;
+        const Outcome out = runTask(json, [&](QDialog* dialog) {
             for (QPushButton* button : standardButtons(dialog))
-                enabled << button->isEnabled();
-            // Yes (bit 2) and Cancel (bit 8) are out.
-            QCOMPARE(enabled, (QList<bool>{true, false, true, true, false, true}));
-            QTest::mouseClick(standardButtons(dialog)[1], Qt::LeftButton);
-            QVERIFY(dialog->isVisible());
-            dialog->reject();
+                seen << button->isEnabled();
+            QTest::mouseClick(standardButtons(dialog).value(clicked), Qt::LeftButton);
+            if (controlBtn < 0 && dialog->isVisible())
+                dialog->reject();
         });
-        QCOMPARE(out.result, 2);
+        QCOMPARE(seen, enabled);
+        QCOMPARE(out.result, controlBtn < 0 ? 2 : 1);
+        if (controlBtn >= 0)
+            QCOMPARE(out.controlBtn(), controlBtn);
     }
 
     void escapeAndClose_data()
@@ -237,6 +225,8 @@ private Q_SLOTS:
         QTest::newRow("custom") << QByteArray(R"({"contentFlag":2,"flag":64,"btnText":["a","b"]})") << 1;
         // A flag of no known bit builds an empty row: nothing is written over the initial 8.
         QTest::newRow("empty row") << QByteArray(R"({"contentFlag":2,"flag":128})") << 8;
+        // A focus bit alone makes no OK, and "flag" 0 makes no row: Esc is then a cancel.
+        QTest::newRow("no row") << QByteArray(R"({"msg":"M","contentFlag":3,"flag":0,"focusFlagBtnId":2})") << 2;
     }
 
     void escapeAndClose()
@@ -316,32 +306,19 @@ private Q_SLOTS:
             QCheckBox* check = dialog->findChild<QCheckBox*>();
             QVERIFY(!check->isChecked());
             QVERIFY(commandWithId(dialog, 2)->isEnabled());
-            clickCheck(check);
+            ZrTest::clickCheckBox(check);
             QVERIFY(commandWithId(dialog, 1)->isEnabled());
             QVERIFY(!commandWithId(dialog, 2)->isEnabled());
             QVERIFY(!commandWithId(dialog, 3)->isEnabled());
             // A click on a disabled command does nothing.
             QTest::mouseClick(commandWithId(dialog, 2), Qt::LeftButton);
             QVERIFY(dialog->isVisible());
-            clickCheck(check);
+            ZrTest::clickCheckBox(check);
             QTest::mouseClick(commandWithId(dialog, 2), Qt::LeftButton);
         });
         QCOMPARE(out.result, 1);
         QCOMPARE(out.controlBtn(), 2);
         QCOMPARE(out.param->GetVarB("selectedCheck", true), false);
-    }
-
-    // A box checked from the start holds the listed commands back until it is cleared.
-    void checkedBoxHoldsCommandsFromTheStart()
-    {
-        const Outcome out = runTask(threeCommands(R"(,"checkboxChecked":true,"enableBtnId":[2])"), [](QDialog* dialog) {
-            QVERIFY(!commandWithId(dialog, 2)->isEnabled());
-            QTest::mouseClick(commandWithId(dialog, 2), Qt::LeftButton);
-            QVERIFY(dialog->isVisible());
-            clickCheck(dialog->findChild<QCheckBox*>());
-            QTest::mouseClick(commandWithId(dialog, 2), Qt::LeftButton);
-        });
-        QCOMPARE(out.controlBtn(), 2);
     }
 
     void selectedCheckFollowsTheBox()
@@ -350,7 +327,7 @@ private Q_SLOTS:
                               [](QDialog* dialog) { QTest::mouseClick(standardButtons(dialog)[0], Qt::LeftButton); });
         QCOMPARE(out.param->GetVarB("selectedCheck", false), true);
         out = runTask(R"({"contentFlag":10,"flag":1,"checkboxText":"不再提示"})", [](QDialog* dialog) {
-            clickCheck(dialog->findChild<QCheckBox*>());
+            ZrTest::clickCheckBox(dialog->findChild<QCheckBox*>());
             QTest::mouseClick(standardButtons(dialog)[0], Qt::LeftButton);
         });
         QCOMPARE(out.param->GetVarB("selectedCheck", false), true);
@@ -362,10 +339,10 @@ private Q_SLOTS:
         const Outcome out = runTask(R"({"contentFlag":10,"flag":6,"ControlBtnId":4,"checkboxText":"c"})", [](QDialog* dialog) {
             QPushButton* no = standardButtons(dialog)[1];
             QVERIFY(no->isEnabled());
-            clickCheck(dialog->findChild<QCheckBox*>());
+            ZrTest::clickCheckBox(dialog->findChild<QCheckBox*>());
             QVERIFY(!no->isEnabled());
             QVERIFY(standardButtons(dialog)[0]->isEnabled());
-            clickCheck(dialog->findChild<QCheckBox*>());
+            ZrTest::clickCheckBox(dialog->findChild<QCheckBox*>());
             QTest::mouseClick(no, Qt::LeftButton);
         });
         QCOMPARE(out.controlBtn(), 7);

@@ -200,26 +200,8 @@ private Q_SLOTS:
         QCOMPARE(zr_user_config("Publish/options/sheetMode")->safeIntValue(), int64_t(0));
     }
 
-    void checkBoxesWriteTheService()
-    {
-        plotService()->setPlotStamp(true);
-        makePanel();
-        auto* viewer = child<QCheckBox>("checkOpenInViewer");
-        auto* stamp = child<QCheckBox>("checkPlotStamp");
-        QVERIFY(!viewer->isChecked());
-        QVERIFY(stamp->isChecked());
-        QTest::mouseClick(viewer, Qt::LeftButton);
-        QTest::mouseClick(stamp, Qt::LeftButton);
-        QVERIFY(plotService()->openInViewer());
-        QVERIFY(!plotService()->plotStamp());
-        QCOMPARE(zr_user_config("Publish/openInViewer")->safeBoolValue(), true);
-        // A new panel starts from what the service holds.
-        makePanel();
-        QVERIFY(child<QCheckBox>("checkOpenInViewer")->isChecked());
-        QVERIFY(!child<QCheckBox>("checkPlotStamp")->isChecked());
-    }
-
-    // The settings live in the user configuration: the next run of the host starts from them.
+    // The check boxes write the service at once; the settings live in the user configuration, so a
+    // new panel and the next run of the host start from them.
     void settingsKeptForTheNextRun()
     {
         m_host.reset();
@@ -228,9 +210,19 @@ private Q_SLOTS:
         options.configDir = config.path();
         options.resourceRoot = QStringLiteral(ZR_RESOURCE_ROOT);
         ZrHostControl::initialize(options);
+        plotService()->setPlotStamp(true);
         makePanel(QStringLiteral("a.dwfx"));
-        QTest::mouseClick(child<QCheckBox>("checkOpenInViewer"), Qt::LeftButton);
+        auto* viewer = child<QCheckBox>("checkOpenInViewer");
+        auto* stamp = child<QCheckBox>("checkPlotStamp");
+        QVERIFY(!viewer->isChecked());
+        QVERIFY(stamp->isChecked());
+        QTest::mouseClick(viewer, Qt::LeftButton);
+        QTest::mouseClick(stamp, Qt::LeftButton);
+        QVERIFY(plotService()->openInViewer());
+        QVERIFY(!plotService()->plotStamp());
         selectRow(child<QComboBox>("comboExport"), 1);
+        makePanel(QStringLiteral("a.dwfx"));
+        QVERIFY(!child<QCheckBox>("checkPlotStamp")->isChecked());
         m_panel.reset();
         ZrHostControl::shutdown();
 

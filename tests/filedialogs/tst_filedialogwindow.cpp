@@ -2,6 +2,7 @@
 // combination of keys, the extra buttons, and what the file type list does to a typed name.
 
 #include "filedialogtesthelpers.h"
+#include "zrtestinput.h"
 #include "zrtestmain.h"
 
 #include "qt_exportwidget.h"
@@ -61,14 +62,6 @@ QStringList texts(const QListWidget* list)
     for (int i = 0; i < list->count(); ++i)
         result << list->item(i)->text();
     return result;
-}
-
-void clickItem(QListWidget* list, const QString& text)
-{
-    const QList<QListWidgetItem*> items = list->findItems(text, Qt::MatchExactly);
-    if (items.isEmpty())
-        return;
-    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(items.first()).center());
 }
 
 // What a window holds once it is up, read before it is cancelled.
@@ -192,17 +185,17 @@ private Q_SLOTS:
         run(withKeys(QStringLiteral(R"(,"Open":false)")), [&](ZrQtFileDialogImpl* dlg) {
             auto* list = dlg->findChild<QListWidget*>(QStringLiteral("sideBarList"));
             QTest::keyClicks(nameEdit(dlg), QStringLiteral("plan"));
-            clickItem(list, QStringLiteral("我的电脑"));
+            ZrTest::clickListItem(list, QStringLiteral("我的电脑"));
             visited << dlg->directory().absolutePath();
             typed << nameEdit(dlg)->text();
             dlg->setDirectory(folder());
             // The current item is pressed again: no change of item, the press alone navigates.
-            clickItem(list, QStringLiteral("我的电脑"));
+            ZrTest::clickListItem(list, QStringLiteral("我的电脑"));
             visited << dlg->directory().absolutePath();
-            clickItem(list, mounted);
+            ZrTest::clickListItem(list, mounted);
             visited << dlg->directory().absolutePath();
             // Where there is no "/data" Qt stays where it was; the name stays all the same.
-            clickItem(list, QStringLiteral("数据盘"));
+            ZrTest::clickListItem(list, QStringLiteral("数据盘"));
             typed << nameEdit(dlg)->text();
             escape(dlg);
         });
@@ -216,7 +209,7 @@ private Q_SLOTS:
         QString typed = QStringLiteral("unset");
         run(withKeys(QStringLiteral(R"(,"bSelectDir":true)")), [&](ZrQtFileDialogImpl* dlg) {
             QTest::keyClicks(nameEdit(dlg), QStringLiteral("plan"));
-            clickItem(dlg->findChild<QListWidget*>(QStringLiteral("sideBarList")), QStringLiteral("我的电脑"));
+            ZrTest::clickListItem(dlg->findChild<QListWidget*>(QStringLiteral("sideBarList")), QStringLiteral("我的电脑"));
             typed = nameEdit(dlg)->text();
             escape(dlg);
         });

@@ -15,6 +15,12 @@ class RecordingBar : public ZrTabBar
 {
 public:
     explicit RecordingBar(QWidget* parent = nullptr) : ZrTabBar(parent) { resize(800, 24); }
+    // A bar of these tabs, painted once.
+    explicit RecordingBar(const QStringList& tabs) : RecordingBar()
+    {
+        setTabs(tabs);
+        paintNow();
+    }
 
     // Tabs in the order given, the last one "+", put in as an owner does: the new-tab tab before the
     // drawings, after the first tab on a bar with a start page or without close buttons. Each tab

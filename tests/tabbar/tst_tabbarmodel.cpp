@@ -17,346 +17,320 @@ private Q_SLOTS:
     void initTestCase() { m_host = std::make_unique<ZrTest::Host>(); }
     void cleanupTestCase() { m_host.reset(); }
 
-    void insertionKeepsTheNewTabTabLast_data();
-    void insertionKeepsTheNewTabTabLast();
-    void removalMovesTheCurrentIndexToTheEnd_data();
-    void removalMovesTheCurrentIndexToTheEnd();
-    void removingAnInvalidIndexChangesNothing();
-    void currentIndexSignalsOnlyRealChanges();
-    void switchNextCyclesWithoutTheNewTabTab();
-    void propertiesOfInvalidIndexesAreEmpty();
-    void setTextAndIconRepaintOnlyOnChange();
-    void maxTextWidthBelowOneMeansTheDefault();
-    void startTabNeedsTheStartPageAndItsText();
-    void layoutBarIsKnownByItsObjectName();
-    void multiSelectionSkipsTheStartAndNewTabTabs();
-    void rightClickMakesTheTabCurrentAndAsksForTheMenu();
-    void endIndexByStart_data();
-    void endIndexByStart();
-    void startIndexByEnd_data();
-    void startIndexByEnd();
-    void rangeEndsForAnyWidthAndCount();
-    void slantedTabHitTest_data();
-    void slantedTabHitTest();
+    void insertionKeepsTheNewTabTabLast_data()
+    {
+        QTest::addColumn<bool>("startPage");
+        QTest::addColumn<bool>("closeButton");
+        QTest::addColumn<QStringList>("before");
+        QTest::addColumn<int>("at");
+        QTest::addColumn<QStringList>("after");
+        QTest::addColumn<int>("current");
+
+        QTest::newRow("first tab of an empty bar") << false << true << QStringList() << -1 << QStringList{"+"} << 0;
+        QTest::newRow("beside the plus only, before it") << false << true << QStringList{"+"} << -1
+                                                         << QStringList{"C", "+"} << 0;
+        QTest::newRow("index past the end clamps before the plus")
+            << false << true << QStringList{"A", "B", "+"} << 7 << QStringList{"A", "B", "C", "+"} << 2;
+        QTest::newRow("at the count, still before the plus")
+            << false << true << QStringList{"A", "B", "+"} << 3 << QStringList{"A", "B", "C", "+"} << 2;
+        QTest::newRow("at the front") << false << true << QStringList{"A", "B", "+"} << 0
+                                      << QStringList{"C", "A", "B", "+"} << 0;
+        QTest::newRow("start page: the second tab follows the start tab")
+            << true << true << QStringList{"开始"} << -1 << QStringList{"开始", "C"} << 0;
+        QTest::newRow("start page: a drawing before the plus")
+            << true << true << QStringList{"开始", "+"} << -1 << QStringList{"开始", "C", "+"} << 1;
+        QTest::newRow("no close button: the second tab is appended")
+            << false << false << QStringList{"模型"} << -1 << QStringList{"模型", "C"} << 1;
+    }
+
+    void insertionKeepsTheNewTabTabLast()
+    {
+        QFETCH(bool, startPage);
+        QFETCH(bool, closeButton);
+        QFETCH(QStringList, before);
+        QFETCH(int, at);
+        QFETCH(QStringList, after);
+        QFETCH(int, current);
+
+        RecordingBar bar;
+        bar.setHasStartPage(startPage);
+        bar.setCloseTabButton(closeButton);
+        bar.setTabs(before);
+        const QString added = before.isEmpty() ? QStringLiteral("+") : QStringLiteral("C");
+        QCOMPARE(bar.insertTab(at, added), current);
+        QCOMPARE(bar.texts(), after);
+        QCOMPARE(bar.currentIndex(), current);
+    }
+
+    void removalMovesTheCurrentIndexToTheEnd_data()
+    {
+        QTest::addColumn<bool>("startPage");
+        QTest::addColumn<QStringList>("tabs");
+        QTest::addColumn<int>("removed");
+        QTest::addColumn<QStringList>("after");
+        QTest::addColumn<int>("current");
+
+        QTest::newRow("first of three, no start page: the plus")
+            << false << QStringList{"A", "B", "+"} << 0 << QStringList{"B", "+"} << 1;
+        QTest::newRow("with a start page: the last drawing")
+            << true << QStringList{"开始", "A", "B", "+"} << 1 << QStringList{"开始", "B", "+"} << 1;
+    }
+
+    void removalMovesTheCurrentIndexToTheEnd()
+    {
+        QFETCH(bool, startPage);
+        QFETCH(QStringList, tabs);
+        QFETCH(int, removed);
+        QFETCH(QStringList, after);
+        QFETCH(int, current);
+
+        RecordingBar bar;
+        bar.setHasStartPage(startPage);
+        bar.setTabs(tabs);
+        bar.setCurrentIndex(0);
+        QSignalSpy changed(&bar, &ZrTabBar::currentChanged);
+        QVERIFY(bar.removeTab(removed));
+        QCOMPARE(bar.texts(), after);
+        QCOMPARE(bar.currentIndex(), current);
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(changed.first().first().toInt(), current);
+    }
+
+    void removingAnInvalidIndexChangesNothing()
+    {
+        RecordingBar bar;
+        bar.setTabs({"A", "+"});
+        QVERIFY(!bar.removeTab(-1));
+        QVERIFY(!bar.removeTab(2));
+        QCOMPARE(bar.texts(), (QStringList{"A", "+"}));
+    }
+
+    void currentIndexSignalsOnlyRealChanges()
+    {
+        RecordingBar bar;
+        bar.setTabs({"A", "B", "+"});
+        bar.setCurrentIndex(1);
+        QSignalSpy changed(&bar, &ZrTabBar::currentChanged);
+        bar.setCurrentIndex(1);
+        bar.setCurrentIndex(-1);
+        bar.setCurrentIndex(3);
+        QCOMPARE(changed.count(), 0);
+        QCOMPARE(bar.currentIndex(), 1);
+        bar.setCurrentIndex(0);
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(changed.first().first().toInt(), 0);
+    }
+
+    void switchNextCyclesWithoutTheNewTabTab()
+    {
+        RecordingBar bar;
+        bar.setTabs({"A", "B", "C", "+"});
+        bar.setCurrentIndex(2);
+        bar.switchNext(false);
+        QCOMPARE(bar.currentIndex(), 0);
+        bar.switchNext(true);
+        QCOMPARE(bar.currentIndex(), 2);
+        bar.switchNext(true);
+        QCOMPARE(bar.currentIndex(), 1);
+    }
+
+    void propertiesOfInvalidIndexesAreEmpty()
+    {
+        RecordingBar bar;
+        bar.setTabs({"A", "+"});
+        bar.setTabText(5, QStringLiteral("X"));
+        bar.setTabData(-1, 3);
+        bar.setTabToolTip(9, QStringLiteral("tip"));
+        QVERIFY(bar.tabText(5).isNull());
+        QVERIFY(!bar.tabData(-1).isValid());
+        QVERIFY(bar.tabToolTip(9).isNull());
+        QVERIFY(bar.tabIcon(2).isNull());
+        QVERIFY(bar.tabPolygon(2).isEmpty());
+        QCOMPARE(bar.getTabWidth(2), -1);
+        QCOMPARE(bar.getTabWidth(0), -1); // never painted
+        QCOMPARE(bar.tabAt(QPoint(20, 10)), -1);
+    }
+
+    void setTextAndIconRepaintOnlyOnChange()
+    {
+        RecordingBar bar(QStringList{"A", "+"});
+        const int narrow = bar.getTabWidth(0);
+        bar.setTabText(0, QStringLiteral("A much longer name"));
+        bar.paintNow();
+        QVERIFY(bar.getTabWidth(0) > narrow);
+        QPixmap image(8, 8);
+        image.fill(Qt::red);
+        bar.setTabIcon(0, QIcon(image));
+        bar.paintNow();
+        QCOMPARE(bar.tabIcon(0).isNull(), false);
+    }
+
+    void maxTextWidthBelowOneMeansTheDefault()
+    {
+        RecordingBar bar;
+        bar.setMaxTabTextWidth(120);
+        QCOMPARE(bar.getMaxTabTextWidth(), 120);
+        bar.setMaxTabTextWidth(0);
+        QCOMPARE(bar.getMaxTabTextWidth(), 300);
+        bar.setMaxTabTextWidth(-4);
+        QCOMPARE(bar.getMaxTabTextWidth(), 300);
+    }
+
+    void startTabNeedsTheStartPageAndItsText()
+    {
+        RecordingBar bar;
+        bar.setTabs({"开始", "A", "+"});
+        QVERIFY(!bar.isStartTab(0));
+        bar.setHasStartPage(true);
+        QVERIFY(bar.isStartTab(0));
+        QVERIFY(!bar.isStartTab(1));
+        bar.setTabText(0, QStringLiteral("Start"));
+        QVERIFY(!bar.isStartTab(0));
+    }
+
+    void layoutBarIsKnownByItsObjectName()
+    {
+        RecordingBar bar;
+        QCOMPARE(bar.objectName(), QStringLiteral("ZrTabBar"));
+        QVERIFY(!bar.isLayoutTabBar());
+        bar.setObjectName(QStringLiteral("layoutTabBar"));
+        QVERIFY(!bar.isLayoutTabBar());
+        bar.setObjectName(QStringLiteral("LayoutTabBar"));
+        QVERIFY(bar.isLayoutTabBar());
+    }
+
+    void multiSelectionSkipsTheStartAndNewTabTabs()
+    {
+        RecordingBar bar;
+        bar.setHasStartPage(true);
+        bar.setTabs({"开始", "A", "B", "C", "+"});
+        bar.addSelectIndex(1);
+        QVERIFY(bar.getSelectIndexes().isEmpty()); // multi-selection is off
+        bar.setMultiSelect(true);
+        bar.addSelectIndex(2);
+        bar.addSelectIndex(2);
+        bar.addSelectIndex(9);
+        QCOMPARE(bar.getSelectIndexes(), QVector<int>{2});
+        bar.setSelAll(true);
+        QCOMPARE(bar.getSelectIndexes(), (QVector<int>{1, 2, 3}));
+        QVERIFY(bar.getSelAll());
+        bar.removeSelectIndex(2);
+        QCOMPARE(bar.getSelectIndexes(), (QVector<int>{1, 3}));
+        bar.setSelAll(false);
+        QVERIFY(bar.getSelectIndexes().isEmpty());
+    }
+
+    void rightClickMakesTheTabCurrentAndAsksForTheMenu()
+    {
+        RecordingBar bar(QStringList{"A", "B", "+"});
+        QTest::mouseClick(&bar, Qt::RightButton, Qt::NoModifier, bar.centreOf(1));
+        QCOMPARE(bar.currentIndex(), 1);
+        QTest::mouseClick(&bar, Qt::RightButton, Qt::NoModifier, QPoint(790, 12));
+        QCOMPARE(bar.menus, (QList<int>{1, -1}));
+        // Not in the middle of a drag.
+        bar.setDragingFlags(zrtabbar::kDragingWindowBack);
+        QTest::mouseClick(&bar, Qt::RightButton, Qt::NoModifier, bar.centreOf(0));
+        QCOMPARE(bar.menus.size(), 2);
+        QCOMPARE(bar.currentIndex(), 1);
+    }
+
+    void endIndexByStart_data()
+    {
+        QTest::addColumn<QVector<int>>("widths");
+        QTest::addColumn<int>("barWidth");
+        QTest::addColumn<int>("start");
+        QTest::addColumn<bool>("startPage");
+        QTest::addColumn<int>("end");
+
+        // 45 for the new-tab tab is counted in advance; the last tab (the plus) is never the end.
+        const QVector<int> four{100, 100, 100, 45};
+        QTest::newRow("all fit") << four << 400 << 0 << false << 2;
+        QTest::newRow("two fit") << four << 245 << 0 << false << 1;
+        QTest::newRow("exactly full is still in") << four << 145 << 0 << false << 0;
+        QTest::newRow("one pixel short") << four << 144 << 0 << false << -1;
+        QTest::newRow("start page counts 90") << four << 290 << 1 << true << 2;
+        QTest::newRow("start at the plus") << four << 400 << 3 << false << 2;
+    }
+
+    void endIndexByStart()
+    {
+        QFETCH(QVector<int>, widths);
+        QFETCH(int, barWidth);
+        QFETCH(int, start);
+        QFETCH(bool, startPage);
+        QFETCH(int, end);
+        QCOMPARE(zrtabbar::endIndexByStart([&](int i) { return widths[i]; }, widths.size(), barWidth, start, startPage),
+                 end);
+    }
+
+    void startIndexByEnd_data()
+    {
+        QTest::addColumn<QVector<int>>("widths");
+        QTest::addColumn<int>("barWidth");
+        QTest::addColumn<bool>("startPage");
+        QTest::addColumn<int>("start");
+
+        const QVector<int> five{100, 100, 100, 100, 45};
+        QTest::newRow("all fit") << five << 500 << false << 0;
+        QTest::newRow("the last two and the plus") << five << 275 << false << 2;
+        QTest::newRow("one pixel more than the last two") << five << 274 << false << 3;
+        QTest::newRow("start page counts 75, never before 1") << five << 1000 << true << 1;
+        QTest::newRow("narrower than the plus") << five << 10 << false << 5;
+        QTest::newRow("only the plus") << QVector<int>{45} << 500 << false << 0;
+        QTest::newRow("start page without drawings") << QVector<int>{60} << 500 << true << 1;
+    }
+
+    void startIndexByEnd()
+    {
+        QFETCH(QVector<int>, widths);
+        QFETCH(int, barWidth);
+        QFETCH(bool, startPage);
+        QFETCH(int, start);
+        QCOMPARE(zrtabbar::startIndexByEnd([&](int i) { return widths[i]; }, widths.size(), barWidth, startPage), start);
+    }
+
+    void rangeEndsForAnyWidthAndCount()
+    {
+        // Widths of 0 and of never-painted tabs must not stall the walks: each step moves one tab.
+        for (int count : {1, 2, 2000}) {
+            for (int barWidth : {0, 10, 1600}) {
+                const auto zero = [](int) { return 0; };
+                const auto unpainted = [](int) { return -1; };
+                const int end = zrtabbar::endIndexByStart(unpainted, count, barWidth, 0, false);
+                QVERIFY(end <= count - 2);
+                const int start = zrtabbar::startIndexByEnd(zero, count, barWidth, false);
+                QVERIFY(start >= 0 && start <= count);
+            }
+        }
+    }
+
+    void slantedTabHitTest_data()
+    {
+        QTest::addColumn<QPoint>("point");
+        QTest::addColumn<bool>("inside");
+        // A tab 60 wide on a bar 24 high, its top left corner at (12, 0): corners (12,0) (72,0) (60,24) (0,24).
+        QTest::newRow("middle") << QPoint(36, 12) << true;
+        QTest::newRow("left of the top corner") << QPoint(10, 1) << false;
+        QTest::newRow("under the top corner, lower down") << QPoint(10, 20) << true;
+        QTest::newRow("right edge near the top") << QPoint(70, 2) << true;
+        QTest::newRow("right edge near the bottom") << QPoint(70, 22) << false;
+        QTest::newRow("above the bar") << QPoint(36, -1) << false;
+        QTest::newRow("below the bar") << QPoint(36, 25) << false;
+    }
+
+    void slantedTabHitTest()
+    {
+        QFETCH(QPoint, point);
+        QFETCH(bool, inside);
+        const QVector<QPoint> tab = zrtabbar::tabPolygon(QPoint(12, 0), 60, 24);
+        QCOMPARE(tab, (QVector<QPoint>{{12, 0}, {72, 0}, {60, 24}, {0, 24}}));
+        QCOMPARE(zrtabbar::polygonContains(tab, point), inside);
+        QVERIFY(!zrtabbar::polygonContains({}, point));
+    }
 
 private:
     std::unique_ptr<ZrTest::Host> m_host;
 };
-
-void TabBarModel::insertionKeepsTheNewTabTabLast_data()
-{
-    QTest::addColumn<bool>("startPage");
-    QTest::addColumn<bool>("closeButton");
-    QTest::addColumn<QStringList>("before");
-    QTest::addColumn<int>("at");
-    QTest::addColumn<QStringList>("after");
-    QTest::addColumn<int>("current");
-
-    QTest::newRow("first tab of an empty bar") << false << true << QStringList() << -1 << QStringList{"+"} << 0;
-    QTest::newRow("beside the plus only, before it") << false << true << QStringList{"+"} << -1
-                                                     << QStringList{"C", "+"} << 0;
-    QTest::newRow("index past the end clamps before the plus")
-        << false << true << QStringList{"A", "B", "+"} << 7 << QStringList{"A", "B", "C", "+"} << 2;
-    QTest::newRow("at the count, still before the plus")
-        << false << true << QStringList{"A", "B", "+"} << 3 << QStringList{"A", "B", "C", "+"} << 2;
-    QTest::newRow("at the front") << false << true << QStringList{"A", "B", "+"} << 0
-                                  << QStringList{"C", "A", "B", "+"} << 0;
-    QTest::newRow("start page: the second tab follows the start tab")
-        << true << true << QStringList{"开始"} << -1 << QStringList{"开始", "C"} << 0;
-    QTest::newRow("start page: a drawing before the plus")
-        << true << true << QStringList{"开始", "+"} << -1 << QStringList{"开始", "C", "+"} << 1;
-    QTest::newRow("no close button: the second tab is appended")
-        << false << false << QStringList{"模型"} << -1 << QStringList{"模型", "C"} << 1;
-}
-
-void TabBarModel::insertionKeepsTheNewTabTabLast()
-{
-    QFETCH(bool, startPage);
-    QFETCH(bool, closeButton);
-    QFETCH(QStringList, before);
-    QFETCH(int, at);
-    QFETCH(QStringList, after);
-    QFETCH(int, current);
-
-    RecordingBar bar;
-    bar.setHasStartPage(startPage);
-    bar.setCloseTabButton(closeButton);
-    bar.setTabs(before);
-    const QString added = before.isEmpty() ? QStringLiteral("+") : QStringLiteral("C");
-    QCOMPARE(bar.insertTab(at, added), current);
-    QCOMPARE(bar.texts(), after);
-    QCOMPARE(bar.currentIndex(), current);
-}
-
-void TabBarModel::removalMovesTheCurrentIndexToTheEnd_data()
-{
-    QTest::addColumn<bool>("startPage");
-    QTest::addColumn<QStringList>("tabs");
-    QTest::addColumn<int>("removed");
-    QTest::addColumn<QStringList>("after");
-    QTest::addColumn<int>("current");
-
-    QTest::newRow("first of three, no start page: the plus")
-        << false << QStringList{"A", "B", "+"} << 0 << QStringList{"B", "+"} << 1;
-    QTest::newRow("with a start page: the last drawing")
-        << true << QStringList{"开始", "A", "B", "+"} << 1 << QStringList{"开始", "B", "+"} << 1;
-}
-
-void TabBarModel::removalMovesTheCurrentIndexToTheEnd()
-{
-    QFETCH(bool, startPage);
-    QFETCH(QStringList, tabs);
-    QFETCH(int, removed);
-    QFETCH(QStringList, after);
-    QFETCH(int, current);
-
-    RecordingBar bar;
-    bar.setHasStartPage(startPage);
-    bar.setTabs(tabs);
-    bar.setCurrentIndex(0);
-    QSignalSpy changed(&bar, &ZrTabBar::currentChanged);
-    QVERIFY(bar.removeTab(removed));
-    QCOMPARE(bar.texts(), after);
-    QCOMPARE(bar.currentIndex(), current);
-    QCOMPARE(changed.count(), 1);
-    QCOMPARE(changed.first().first().toInt(), current);
-}
-
-void TabBarModel::removingAnInvalidIndexChangesNothing()
-{
-    RecordingBar bar;
-    bar.setTabs({"A", "+"});
-    QVERIFY(!bar.removeTab(-1));
-    QVERIFY(!bar.removeTab(2));
-    QCOMPARE(bar.texts(), (QStringList{"A", "+"}));
-}
-
-void TabBarModel::currentIndexSignalsOnlyRealChanges()
-{
-    RecordingBar bar;
-    bar.setTabs({"A", "B", "+"});
-    bar.setCurrentIndex(1);
-    QSignalSpy changed(&bar, &ZrTabBar::currentChanged);
-    bar.setCurrentIndex(1);
-    bar.setCurrentIndex(-1);
-    bar.setCurrentIndex(3);
-    QCOMPARE(changed.count(), 0);
-    QCOMPARE(bar.currentIndex(), 1);
-    bar.setCurrentIndex(0);
-    QCOMPARE(changed.count(), 1);
-    QCOMPARE(changed.first().first().toInt(), 0);
-}
-
-void TabBarModel::switchNextCyclesWithoutTheNewTabTab()
-{
-    RecordingBar bar;
-    bar.setTabs({"A", "B", "C", "+"});
-    bar.setCurrentIndex(2);
-    bar.switchNext(false);
-    QCOMPARE(bar.currentIndex(), 0);
-    bar.switchNext(true);
-    QCOMPARE(bar.currentIndex(), 2);
-    bar.switchNext(true);
-    QCOMPARE(bar.currentIndex(), 1);
-}
-
-void TabBarModel::propertiesOfInvalidIndexesAreEmpty()
-{
-    RecordingBar bar;
-    bar.setTabs({"A", "+"});
-    bar.setTabText(5, QStringLiteral("X"));
-    bar.setTabData(-1, 3);
-    bar.setTabToolTip(9, QStringLiteral("tip"));
-    QVERIFY(bar.tabText(5).isNull());
-    QVERIFY(!bar.tabData(-1).isValid());
-    QVERIFY(bar.tabToolTip(9).isNull());
-    QVERIFY(bar.tabIcon(2).isNull());
-    QVERIFY(bar.tabPolygon(2).isEmpty());
-    QCOMPARE(bar.getTabWidth(2), -1);
-    QCOMPARE(bar.getTabWidth(0), -1); // never painted
-    QCOMPARE(bar.tabAt(QPoint(20, 10)), -1);
-}
-
-void TabBarModel::setTextAndIconRepaintOnlyOnChange()
-{
-    RecordingBar bar;
-    bar.setTabs({"A", "+"});
-    bar.paintNow();
-    const int narrow = bar.getTabWidth(0);
-    bar.setTabText(0, QStringLiteral("A much longer name"));
-    bar.paintNow();
-    QVERIFY(bar.getTabWidth(0) > narrow);
-    QPixmap image(8, 8);
-    image.fill(Qt::red);
-    bar.setTabIcon(0, QIcon(image));
-    bar.paintNow();
-    QCOMPARE(bar.tabIcon(0).isNull(), false);
-}
-
-void TabBarModel::maxTextWidthBelowOneMeansTheDefault()
-{
-    RecordingBar bar;
-    bar.setMaxTabTextWidth(120);
-    QCOMPARE(bar.getMaxTabTextWidth(), 120);
-    bar.setMaxTabTextWidth(0);
-    QCOMPARE(bar.getMaxTabTextWidth(), 300);
-    bar.setMaxTabTextWidth(-4);
-    QCOMPARE(bar.getMaxTabTextWidth(), 300);
-}
-
-void TabBarModel::startTabNeedsTheStartPageAndItsText()
-{
-    RecordingBar bar;
-    bar.setTabs({"开始", "A", "+"});
-    QVERIFY(!bar.isStartTab(0));
-    bar.setHasStartPage(true);
-    QVERIFY(bar.isStartTab(0));
-    QVERIFY(!bar.isStartTab(1));
-    bar.setTabText(0, QStringLiteral("Start"));
-    QVERIFY(!bar.isStartTab(0));
-}
-
-void TabBarModel::layoutBarIsKnownByItsObjectName()
-{
-    RecordingBar bar;
-    QCOMPARE(bar.objectName(), QStringLiteral("ZrTabBar"));
-    QVERIFY(!bar.isLayoutTabBar());
-    bar.setObjectName(QStringLiteral("layoutTabBar"));
-    QVERIFY(!bar.isLayoutTabBar());
-    bar.setObjectName(QStringLiteral("LayoutTabBar"));
-    QVERIFY(bar.isLayoutTabBar());
-}
-
-void TabBarModel::multiSelectionSkipsTheStartAndNewTabTabs()
-{
-    RecordingBar bar;
-    bar.setHasStartPage(true);
-    bar.setTabs({"开始", "A", "B", "C", "+"});
-    bar.addSelectIndex(1);
-    QVERIFY(bar.getSelectIndexes().isEmpty()); // multi-selection is off
-    bar.setMultiSelect(true);
-    bar.addSelectIndex(2);
-    bar.addSelectIndex(2);
-    bar.addSelectIndex(9);
-    QCOMPARE(bar.getSelectIndexes(), QVector<int>{2});
-    bar.setSelAll(true);
-    QCOMPARE(bar.getSelectIndexes(), (QVector<int>{1, 2, 3}));
-    QVERIFY(bar.getSelAll());
-    bar.removeSelectIndex(2);
-    QCOMPARE(bar.getSelectIndexes(), (QVector<int>{1, 3}));
-    bar.setSelAll(false);
-    QVERIFY(bar.getSelectIndexes().isEmpty());
-}
-
-void TabBarModel::rightClickMakesTheTabCurrentAndAsksForTheMenu()
-{
-    RecordingBar bar;
-    bar.setTabs({"A", "B", "+"});
-    bar.paintNow();
-    QTest::mouseClick(&bar, Qt::RightButton, Qt::NoModifier, bar.centreOf(1));
-    QCOMPARE(bar.currentIndex(), 1);
-    QTest::mouseClick(&bar, Qt::RightButton, Qt::NoModifier, QPoint(790, 12));
-    QCOMPARE(bar.menus, (QList<int>{1, -1}));
-    // Not in the middle of a drag.
-    bar.setDragingFlags(zrtabbar::kDragingWindowBack);
-    QTest::mouseClick(&bar, Qt::RightButton, Qt::NoModifier, bar.centreOf(0));
-    QCOMPARE(bar.menus.size(), 2);
-    QCOMPARE(bar.currentIndex(), 1);
-}
-
-void TabBarModel::endIndexByStart_data()
-{
-    QTest::addColumn<QVector<int>>("widths");
-    QTest::addColumn<int>("barWidth");
-    QTest::addColumn<int>("start");
-    QTest::addColumn<bool>("startPage");
-    QTest::addColumn<int>("end");
-
-    // 45 for the new-tab tab is counted in advance; the last tab (the plus) is never the end.
-    const QVector<int> four{100, 100, 100, 45};
-    QTest::newRow("all fit") << four << 400 << 0 << false << 2;
-    QTest::newRow("two fit") << four << 245 << 0 << false << 1;
-    QTest::newRow("exactly full is still in") << four << 145 << 0 << false << 0;
-    QTest::newRow("one pixel short") << four << 144 << 0 << false << -1;
-    QTest::newRow("start page counts 90") << four << 290 << 1 << true << 2;
-    QTest::newRow("start at the plus") << four << 400 << 3 << false << 2;
-}
-
-void TabBarModel::endIndexByStart()
-{
-    QFETCH(QVector<int>, widths);
-    QFETCH(int, barWidth);
-    QFETCH(int, start);
-    QFETCH(bool, startPage);
-    QFETCH(int, end);
-    QCOMPARE(zrtabbar::endIndexByStart([&](int i) { return widths[i]; }, widths.size(), barWidth, start, startPage),
-             end);
-}
-
-void TabBarModel::startIndexByEnd_data()
-{
-    QTest::addColumn<QVector<int>>("widths");
-    QTest::addColumn<int>("barWidth");
-    QTest::addColumn<bool>("startPage");
-    QTest::addColumn<int>("start");
-
-    const QVector<int> five{100, 100, 100, 100, 45};
-    QTest::newRow("all fit") << five << 500 << false << 0;
-    QTest::newRow("the last two and the plus") << five << 275 << false << 2;
-    QTest::newRow("one pixel more than the last two") << five << 274 << false << 3;
-    QTest::newRow("start page counts 75, never before 1") << five << 1000 << true << 1;
-    QTest::newRow("narrower than the plus") << five << 10 << false << 5;
-    QTest::newRow("only the plus") << QVector<int>{45} << 500 << false << 0;
-    QTest::newRow("start page without drawings") << QVector<int>{60} << 500 << true << 1;
-}
-
-void TabBarModel::startIndexByEnd()
-{
-    QFETCH(QVector<int>, widths);
-    QFETCH(int, barWidth);
-    QFETCH(bool, startPage);
-    QFETCH(int, start);
-    QCOMPARE(zrtabbar::startIndexByEnd([&](int i) { return widths[i]; }, widths.size(), barWidth, startPage), start);
-}
-
-void TabBarModel::rangeEndsForAnyWidthAndCount()
-{
-    // Widths of 0 and of never-painted tabs must not stall the walks: each step moves one tab.
-    for (int count : {1, 2, 2000}) {
-        for (int barWidth : {0, 10, 1600}) {
-            const auto zero = [](int) { return 0; };
-            const auto unpainted = [](int) { return -1; };
-            const int end = zrtabbar::endIndexByStart(unpainted, count, barWidth, 0, false);
-            QVERIFY(end <= count - 2);
-            const int start = zrtabbar::startIndexByEnd(zero, count, barWidth, false);
-            QVERIFY(start >= 0 && start <= count);
-        }
-    }
-}
-
-void TabBarModel::slantedTabHitTest_data()
-{
-    QTest::addColumn<QPoint>("point");
-    QTest::addColumn<bool>("inside");
-    // A tab 60 wide on a bar 24 high, its top left corner at (12, 0): corners (12,0) (72,0) (60,24) (0,24).
-    QTest::newRow("middle") << QPoint(36, 12) << true;
-    QTest::newRow("left of the top corner") << QPoint(10, 1) << false;
-    QTest::newRow("under the top corner, lower down") << QPoint(10, 20) << true;
-    QTest::newRow("right edge near the top") << QPoint(70, 2) << true;
-    QTest::newRow("right edge near the bottom") << QPoint(70, 22) << false;
-    QTest::newRow("above the bar") << QPoint(36, -1) << false;
-    QTest::newRow("below the bar") << QPoint(36, 25) << false;
-}
-
-void TabBarModel::slantedTabHitTest()
-{
-    QFETCH(QPoint, point);
-    QFETCH(bool, inside);
-    const QVector<QPoint> tab = zrtabbar::tabPolygon(QPoint(12, 0), 60, 24);
-    QCOMPARE(tab, (QVector<QPoint>{{12, 0}, {72, 0}, {60, 24}, {0, 24}}));
-    QCOMPARE(zrtabbar::polygonContains(tab, point), inside);
-    QVERIFY(!zrtabbar::polygonContains({}, point));
-}
 
 ZR_TEST_SUITE(TabBarModel)
 #include "tst_tabbarmodel.moc"

@@ -47,246 +47,226 @@ private Q_SLOTS:
     void initTestCase() { m_host = std::make_unique<ZrTest::Host>(); }
     void cleanupTestCase() { m_host.reset(); }
 
-    void tabsLeanLeftEndToEnd();
-    void closeButtonAndIconChangeTheWidth();
-    void startTabIsItsTextAndTwenty();
-    void longTextIsElidedInTheMiddleAndStaysSo();
-    void hitTestFollowsTheSlantedEdges();
-    void unpaintedWidthsAreEstimatedFromTheText();
-    void manyTabsShowTheEndAndTheCurrentTab();
-    void fillsFollowCurrentHoverAndEnabled();
-    void floatingTabStopsAtTheStartTab();
-    void scaleTwoPaintsTheSameGeometry();
-    void badSizesPaintWhatFits();
+    void tabsLeanLeftEndToEnd()
+    {
+        RecordingBar bar(QStringList{"A", "Drawing", "+"});
+        const QFontMetrics metrics = bar.fontMetrics();
+        const int widthA = 50 + metrics.horizontalAdvance(QStringLiteral("A"));
+        // A bar 24 pixels high starts at x = 12 and leans 12 pixels over its height.
+        QCOMPARE(bar.tabPolygon(0), (QVector<QPoint>{{12, 0}, {12 + widthA, 0}, {widthA, 24}, {0, 24}}));
+        QCOMPARE(bar.getTabWidth(0), widthA);
+        QCOMPARE(bar.tabPolygon(1).first(), QPoint(12 + widthA, 0));
+        QCOMPARE(bar.tabPolygon(2).first(), bar.tabPolygon(1)[1]);
+        QCOMPARE(bar.getTabWidth(2), 45);
+    }
+
+    void closeButtonAndIconChangeTheWidth()
+    {
+        RecordingBar plain(QStringList{"Drawing", "+"});
+        RecordingBar noClose;
+        noClose.setCloseTabButton(false);
+        noClose.setTabs({"Drawing", "+"});
+        noClose.paintNow();
+        QCOMPARE(noClose.texts(), (QStringList{"Drawing", "+"}));
+        QCOMPARE(noClose.getTabWidth(0), plain.getTabWidth(0) - 10);
+
+        RecordingBar withIcon;
+        withIcon.setTabs({"Drawing", "+"});
+        QPixmap image(16, 16);
+        image.fill(Qt::blue);
+        withIcon.setTabIcon(0, QIcon(image));
+        withIcon.paintNow();
+        QCOMPARE(withIcon.getTabWidth(0), plain.getTabWidth(0) + 15);
+
+        // The cross sits 13 pixels left of the lower right corner, in the middle of the height.
+        const QRect cross = zrtabbar::closeButtonRect(plain.tabPolygon(0), plain.height());
+        QCOMPARE(cross, QRect(plain.tabPolygon(0)[2].x() - 13, 9, 10, 10));
+    }
+
+    void startTabIsItsTextAndTwenty()
+    {
+        RecordingBar bar;
+        bar.setHasStartPage(true);
+        bar.setTabs({"开始", "A", "+"});
+        bar.paintNow();
+        QCOMPARE(bar.getTabWidth(0), 20 + bar.fontMetrics().horizontalAdvance(QStringLiteral("开始")));
+        QCOMPARE(bar.tabPolygon(1).first(), bar.tabPolygon(0)[1]);
+    }
+
+    void longTextIsElidedInTheMiddleAndStaysSo()
+    {
+        RecordingBar bar;
+        bar.resize(1600, 24);
+        const QString longText = QStringLiteral("Begin ") + QString(5000, QLatin1Char('x')) + QStringLiteral(" End");
+        bar.setTabs({"Short", "+"});
+        bar.setTabText(0, longText);
+        bar.setTabToolTip(0, longText);
+        bar.paintNow();
+        const QString shown = bar.tabText(0);
+        QVERIFY(shown != longText);
+        QVERIFY(shown.startsWith(QStringLiteral("Begin")));
+        QVERIFY(shown.endsWith(QStringLiteral("End")));
+        QVERIFY(bar.fontMetrics().horizontalAdvance(shown) <= 300);
+        QVERIFY(bar.getTabWidth(0) <= 350);
+        QCOMPARE(bar.tabToolTip(0), longText); // the owner's full text stays where it put it
+        bar.setMaxTabTextWidth(100);
+        bar.paintNow();
+        QVERIFY(bar.fontMetrics().horizontalAdvance(bar.tabText(0)) <= 100);
+    }
+
+    void hitTestFollowsTheSlantedEdges()
+    {
+        RecordingBar bar(QStringList{"Drawing", "Plan", "+"});
+        const QVector<QPoint> p = bar.tabPolygon(1);
+        // Near the top, the boundary between tabs lies further right than near the bottom.
+        QCOMPARE(bar.tabAt(QPoint(p[0].x() - 3, 2)), 0);
+        QCOMPARE(bar.tabAt(QPoint(p[0].x() - 3, 22)), 1);
+        QCOMPARE(bar.tabAt(QPoint(p[1].x() - 3, 22)), 2);
+        // Left of the first tab's slanted edge, and beyond the plus.
+        QCOMPARE(bar.tabAt(QPoint(6, 2)), -1);
+        QCOMPARE(bar.tabAt(QPoint(790, 12)), -1);
+        QCOMPARE(bar.tabAt(QPoint(p[0].x() + 5, -1)), -1);
+        // The cross lies inside its tab.
+        const QRect cross = zrtabbar::closeButtonRect(p, bar.height());
+        QCOMPARE(bar.tabAt(cross.topLeft()), 1);
+        QCOMPARE(bar.tabAt(cross.bottomRight()), 1);
+    }
+
+    void unpaintedWidthsAreEstimatedFromTheText()
+    {
+        RecordingBar bar;
+        bar.resize(1600, 24);
+        QStringList texts;
+        for (int i = 0; i < 200; ++i)
+            texts << QStringLiteral("Drawing%1").arg(i);
+        texts << QStringLiteral("+");
+        bar.setTabs(texts);
+        const QFontMetrics metrics = bar.fontMetrics();
+        // Before any paint the widths come from the texts; the paint then finds the same range.
+        const int estimated = bar.calStartIndexByEndIndex(metrics, bar.count() - 1);
+        QVERIFY(estimated > 150);
+        QCOMPARE(bar.getTabWidth(estimated), -1);
+        bar.setCurrentIndex(bar.count() - 2);
+        bar.paintNow();
+        QCOMPARE(bar.getTabWidth(estimated), 50 + metrics.horizontalAdvance(texts[estimated]));
+        QCOMPARE(bar.getTabWidth(estimated - 1), -1);
+        QCOMPARE(bar.calStartIndexByEndIndex(metrics, bar.count() - 1), estimated);
+    }
+
+    void manyTabsShowTheEndAndTheCurrentTab()
+    {
+        RecordingBar bar;
+        bar.resize(600, 24);
+        QStringList texts;
+        for (int i = 0; i < 2000; ++i)
+            texts << QStringLiteral("D%1").arg(i);
+        texts << QStringLiteral("+");
+        bar.setTabs(texts);
+        bar.setCurrentIndex(1999);
+        bar.paintNow();
+        const int last = bar.count() - 1;
+        QCOMPARE(bar.tabAt(bar.centreOf(last)), last);
+        QCOMPARE(bar.tabAt(bar.centreOf(1999)), 1999);
+        QVERIFY(bar.tabPolygon(0).isEmpty());
+
+        // A current tab before the range is brought into view from the left.
+        bar.setCurrentIndex(3);
+        bar.paintNow();
+        QCOMPARE(bar.tabAt(bar.centreOf(3)), 3);
+        QVERIFY(bar.tabPolygon(2).isEmpty());
+        const QPoint oldPlace = bar.centreOf(3);
+        // Back at the end, the polygon left from that paint no longer counts.
+        bar.setCurrentIndex(1998);
+        QCOMPARE(bar.tabAt(oldPlace), -1);
+        bar.paintNow();
+        QCOMPARE(bar.tabAt(bar.centreOf(1998)), 1998);
+    }
+
+    void fillsFollowCurrentHoverAndEnabled()
+    {
+        RecordingBar bar;
+        setBackground(bar);
+        bar.setTabs({"Drawing", "Plan", "Section", "+"});
+        bar.setCurrentIndex(1);
+        bar.paintNow();
+        QImage image = bar.grab().toImage();
+        const QColor window = paletteColor(QPalette::Window);
+        QCOMPARE(image.pixelColor(fillPoint(bar, 1)), window);
+        QCOMPARE(image.pixelColor(fillPoint(bar, 0)), kBackground);
+
+        hoverMove(&bar, bar.centreOf(2));
+        image = bar.grab().toImage();
+        QCOMPARE(image.pixelColor(fillPoint(bar, 2)), paletteColor(QPalette::Highlight));
+
+        bar.setEnabled(false);
+        image = bar.grab().toImage();
+        QCOMPARE(image.pixelColor(fillPoint(bar, 1)).rgb(), window.darker(120).rgb());
+    }
+
+    void floatingTabStopsAtTheStartTab()
+    {
+        RecordingBar bar;
+        setBackground(bar);
+        bar.setHasStartPage(true);
+        bar.setTabs({"开始", "Drawing", "Plan", "Section", "+"});
+        bar.paintNow();
+        const QPoint startFill = fillPoint(bar, 0);
+        QTest::mousePress(&bar, Qt::LeftButton, Qt::NoModifier, bar.centreOf(3));
+        dragMove(&bar, bar.centreOf(3) - QPoint(20, 0));
+        dragMove(&bar, QPoint(2, 12));
+        QVERIFY(bar.isMovingHorizontally());
+        const QImage image = bar.grab().toImage();
+        // The floating tab is the only filled one; it stands right of the start tab, not over it.
+        QCOMPARE(image.pixelColor(startFill), kBackground);
+        const int startRight = bar.tabPolygon(0)[1].x();
+        QCOMPARE(image.pixelColor(QPoint(startRight + 4, 5)), paletteColor(QPalette::Window));
+        QTest::mouseRelease(&bar, Qt::LeftButton, Qt::NoModifier, QPoint(2, 12));
+    }
+
+    void scaleTwoPaintsTheSameGeometry()
+    {
+        RecordingBar bar;
+        setBackground(bar);
+        bar.setTabs({"Drawing", "Plan", "+"});
+        bar.setCurrentIndex(1);
+        bar.paintNow();
+        const QVector<QPoint> atOne = bar.tabPolygon(1);
+        QImage image(bar.width() * 2, bar.height() * 2, QImage::Format_ARGB32_Premultiplied);
+        image.setDevicePixelRatio(2);
+        image.fill(Qt::transparent);
+        bar.render(&image);
+        QCOMPARE(bar.tabPolygon(1), atOne);
+        const QPoint fill = fillPoint(bar, 1);
+        QCOMPARE(image.pixelColor(fill * 2), paletteColor(QPalette::Window));
+        // Beyond the plus, still the background at twice the position.
+        QCOMPARE(image.pixelColor(QPoint((bar.tabPolygon(2)[1].x() + 8) * 2, 10)), kBackground);
+        QCOMPARE(image.pixelColor(QPoint((bar.tabPolygon(2)[1].x() - 30) * 2, 10)), kBackground);
+    }
+
+    void badSizesPaintWhatFits()
+    {
+        RecordingBar empty;
+        empty.paintNow();
+        QCOMPARE(empty.tabAt(QPoint(10, 10)), -1);
+
+        RecordingBar onlyPlus(QStringList{"+"});
+        QCOMPARE(onlyPlus.tabAt(onlyPlus.centreOf(0)), 0);
+        QTest::mouseClick(&onlyPlus, Qt::LeftButton, Qt::NoModifier, onlyPlus.centreOf(0));
+        QCOMPARE(onlyPlus.newClicks, 1);
+
+        RecordingBar narrow;
+        narrow.setTabs({"", "Drawing", "+"});
+        narrow.resize(10, 24);
+        narrow.paintNow();
+        QCOMPARE(narrow.texts(), (QStringList{"", "Drawing", "+"}));
+        narrow.resize(0, 24);
+        narrow.paintNow();
+        (void)narrow.tabAt(QPoint(5, 12)); // and hit-tests at no width without a fault
+    }
 
 private:
     std::unique_ptr<ZrTest::Host> m_host;
 };
-
-void TabBarPaint::tabsLeanLeftEndToEnd()
-{
-    RecordingBar bar;
-    bar.setTabs({"A", "Drawing", "+"});
-    bar.paintNow();
-    const QFontMetrics metrics = bar.fontMetrics();
-    const int widthA = 50 + metrics.horizontalAdvance(QStringLiteral("A"));
-    // A bar 24 pixels high starts at x = 12 and leans 12 pixels over its height.
-    QCOMPARE(bar.tabPolygon(0), (QVector<QPoint>{{12, 0}, {12 + widthA, 0}, {widthA, 24}, {0, 24}}));
-    QCOMPARE(bar.getTabWidth(0), widthA);
-    QCOMPARE(bar.tabPolygon(1).first(), QPoint(12 + widthA, 0));
-    QCOMPARE(bar.tabPolygon(2).first(), bar.tabPolygon(1)[1]);
-    QCOMPARE(bar.getTabWidth(2), 45);
-}
-
-void TabBarPaint::closeButtonAndIconChangeTheWidth()
-{
-    RecordingBar plain;
-    plain.setTabs({"Drawing", "+"});
-    plain.paintNow();
-    RecordingBar noClose;
-    noClose.setCloseTabButton(false);
-    noClose.setTabs({"Drawing", "+"});
-    noClose.paintNow();
-    QCOMPARE(noClose.texts(), (QStringList{"Drawing", "+"}));
-    QCOMPARE(noClose.getTabWidth(0), plain.getTabWidth(0) - 10);
-
-    RecordingBar withIcon;
-    withIcon.setTabs({"Drawing", "+"});
-    QPixmap image(16, 16);
-    image.fill(Qt::blue);
-    withIcon.setTabIcon(0, QIcon(image));
-    withIcon.paintNow();
-    QCOMPARE(withIcon.getTabWidth(0), plain.getTabWidth(0) + 15);
-
-    // The cross sits 13 pixels left of the lower right corner, in the middle of the height.
-    const QRect cross = zrtabbar::closeButtonRect(plain.tabPolygon(0), plain.height());
-    QCOMPARE(cross, QRect(plain.tabPolygon(0)[2].x() - 13, 9, 10, 10));
-}
-
-void TabBarPaint::startTabIsItsTextAndTwenty()
-{
-    RecordingBar bar;
-    bar.setHasStartPage(true);
-    bar.setTabs({"开始", "A", "+"});
-    bar.paintNow();
-    QCOMPARE(bar.getTabWidth(0), 20 + bar.fontMetrics().horizontalAdvance(QStringLiteral("开始")));
-    QCOMPARE(bar.tabPolygon(1).first(), bar.tabPolygon(0)[1]);
-}
-
-void TabBarPaint::longTextIsElidedInTheMiddleAndStaysSo()
-{
-    RecordingBar bar;
-    bar.resize(1600, 24);
-    const QString longText = QStringLiteral("Begin ") + QString(5000, QLatin1Char('x')) + QStringLiteral(" End");
-    bar.setTabs({"Short", "+"});
-    bar.setTabText(0, longText);
-    bar.setTabToolTip(0, longText);
-    bar.paintNow();
-    const QString shown = bar.tabText(0);
-    QVERIFY(shown != longText);
-    QVERIFY(shown.startsWith(QStringLiteral("Begin")));
-    QVERIFY(shown.endsWith(QStringLiteral("End")));
-    QVERIFY(bar.fontMetrics().horizontalAdvance(shown) <= 300);
-    QVERIFY(bar.getTabWidth(0) <= 350);
-    QCOMPARE(bar.tabToolTip(0), longText); // the owner's full text stays where it put it
-    bar.setMaxTabTextWidth(100);
-    bar.paintNow();
-    QVERIFY(bar.fontMetrics().horizontalAdvance(bar.tabText(0)) <= 100);
-}
-
-void TabBarPaint::hitTestFollowsTheSlantedEdges()
-{
-    RecordingBar bar;
-    bar.setTabs({"Drawing", "Plan", "+"});
-    bar.paintNow();
-    const QVector<QPoint> p = bar.tabPolygon(1);
-    // Near the top, the boundary between tabs lies further right than near the bottom.
-    QCOMPARE(bar.tabAt(QPoint(p[0].x() - 3, 2)), 0);
-    QCOMPARE(bar.tabAt(QPoint(p[0].x() - 3, 22)), 1);
-    QCOMPARE(bar.tabAt(QPoint(p[1].x() - 3, 22)), 2);
-    // Left of the first tab's slanted edge, and beyond the plus.
-    QCOMPARE(bar.tabAt(QPoint(6, 2)), -1);
-    QCOMPARE(bar.tabAt(QPoint(790, 12)), -1);
-    QCOMPARE(bar.tabAt(QPoint(p[0].x() + 5, -1)), -1);
-    // The cross lies inside its tab.
-    const QRect cross = zrtabbar::closeButtonRect(p, bar.height());
-    QCOMPARE(bar.tabAt(cross.topLeft()), 1);
-    QCOMPARE(bar.tabAt(cross.bottomRight()), 1);
-}
-
-void TabBarPaint::unpaintedWidthsAreEstimatedFromTheText()
-{
-    RecordingBar bar;
-    bar.resize(1600, 24);
-    QStringList texts;
-    for (int i = 0; i < 200; ++i)
-        texts << QStringLiteral("Drawing%1").arg(i);
-    texts << QStringLiteral("+");
-    bar.setTabs(texts);
-    const QFontMetrics metrics = bar.fontMetrics();
-    // Before any paint the widths come from the texts; the paint then finds the same range.
-    const int estimated = bar.calStartIndexByEndIndex(metrics, bar.count() - 1);
-    QVERIFY(estimated > 150);
-    QCOMPARE(bar.getTabWidth(estimated), -1);
-    bar.setCurrentIndex(bar.count() - 2);
-    bar.paintNow();
-    QCOMPARE(bar.getTabWidth(estimated), 50 + metrics.horizontalAdvance(texts[estimated]));
-    QCOMPARE(bar.getTabWidth(estimated - 1), -1);
-    QCOMPARE(bar.calStartIndexByEndIndex(metrics, bar.count() - 1), estimated);
-}
-
-void TabBarPaint::manyTabsShowTheEndAndTheCurrentTab()
-{
-    RecordingBar bar;
-    bar.resize(600, 24);
-    QStringList texts;
-    for (int i = 0; i < 2000; ++i)
-        texts << QStringLiteral("D%1").arg(i);
-    texts << QStringLiteral("+");
-    bar.setTabs(texts);
-    bar.setCurrentIndex(1999);
-    bar.paintNow();
-    const int last = bar.count() - 1;
-    QCOMPARE(bar.tabAt(bar.centreOf(last)), last);
-    QCOMPARE(bar.tabAt(bar.centreOf(1999)), 1999);
-    QVERIFY(bar.tabPolygon(0).isEmpty());
-
-    // A current tab before the range is brought into view from the left.
-    bar.setCurrentIndex(3);
-    bar.paintNow();
-    QCOMPARE(bar.tabAt(bar.centreOf(3)), 3);
-    QVERIFY(bar.tabPolygon(2).isEmpty());
-    const QPoint oldPlace = bar.centreOf(3);
-    // Back at the end, the polygon left from that paint no longer counts.
-    bar.setCurrentIndex(1998);
-    QCOMPARE(bar.tabAt(oldPlace), -1);
-    bar.paintNow();
-    QCOMPARE(bar.tabAt(bar.centreOf(1998)), 1998);
-}
-
-void TabBarPaint::fillsFollowCurrentHoverAndEnabled()
-{
-    RecordingBar bar;
-    setBackground(bar);
-    bar.setTabs({"Drawing", "Plan", "Section", "+"});
-    bar.setCurrentIndex(1);
-    bar.paintNow();
-    QImage image = bar.grab().toImage();
-    const QColor window = paletteColor(QPalette::Window);
-    QCOMPARE(image.pixelColor(fillPoint(bar, 1)), window);
-    QCOMPARE(image.pixelColor(fillPoint(bar, 0)), kBackground);
-
-    hoverMove(&bar, bar.centreOf(2));
-    image = bar.grab().toImage();
-    QCOMPARE(image.pixelColor(fillPoint(bar, 2)), paletteColor(QPalette::Highlight));
-
-    bar.setEnabled(false);
-    image = bar.grab().toImage();
-    QCOMPARE(image.pixelColor(fillPoint(bar, 1)).rgb(), window.darker(120).rgb());
-}
-
-void TabBarPaint::floatingTabStopsAtTheStartTab()
-{
-    RecordingBar bar;
-    setBackground(bar);
-    bar.setHasStartPage(true);
-    bar.setTabs({"开始", "Drawing", "Plan", "Section", "+"});
-    bar.paintNow();
-    const QPoint startFill = fillPoint(bar, 0);
-    QTest::mousePress(&bar, Qt::LeftButton, Qt::NoModifier, bar.centreOf(3));
-    dragMove(&bar, bar.centreOf(3) - QPoint(20, 0));
-    dragMove(&bar, QPoint(2, 12));
-    QVERIFY(bar.isMovingHorizontally());
-    const QImage image = bar.grab().toImage();
-    // The floating tab is the only filled one; it stands right of the start tab, not over it.
-    QCOMPARE(image.pixelColor(startFill), kBackground);
-    const int startRight = bar.tabPolygon(0)[1].x();
-    QCOMPARE(image.pixelColor(QPoint(startRight + 4, 5)), paletteColor(QPalette::Window));
-    QTest::mouseRelease(&bar, Qt::LeftButton, Qt::NoModifier, QPoint(2, 12));
-}
-
-void TabBarPaint::scaleTwoPaintsTheSameGeometry()
-{
-    RecordingBar bar;
-    setBackground(bar);
-    bar.setTabs({"Drawing", "Plan", "+"});
-    bar.setCurrentIndex(1);
-    bar.paintNow();
-    const QVector<QPoint> atOne = bar.tabPolygon(1);
-    QImage image(bar.width() * 2, bar.height() * 2, QImage::Format_ARGB32_Premultiplied);
-    image.setDevicePixelRatio(2);
-    image.fill(Qt::transparent);
-    bar.render(&image);
-    QCOMPARE(bar.tabPolygon(1), atOne);
-    const QPoint fill = fillPoint(bar, 1);
-    QCOMPARE(image.pixelColor(fill * 2), paletteColor(QPalette::Window));
-    // Beyond the plus, still the background at twice the position.
-    QCOMPARE(image.pixelColor(QPoint((bar.tabPolygon(2)[1].x() + 8) * 2, 10)), kBackground);
-    QCOMPARE(image.pixelColor(QPoint((bar.tabPolygon(2)[1].x() - 30) * 2, 10)), kBackground);
-}
-
-void TabBarPaint::badSizesPaintWhatFits()
-{
-    RecordingBar empty;
-    empty.paintNow();
-    QCOMPARE(empty.tabAt(QPoint(10, 10)), -1);
-
-    RecordingBar onlyPlus;
-    onlyPlus.setTabs({"+"});
-    onlyPlus.paintNow();
-    QCOMPARE(onlyPlus.tabAt(onlyPlus.centreOf(0)), 0);
-    QTest::mouseClick(&onlyPlus, Qt::LeftButton, Qt::NoModifier, onlyPlus.centreOf(0));
-    QCOMPARE(onlyPlus.newClicks, 1);
-
-    RecordingBar narrow;
-    narrow.setTabs({"", "Drawing", "+"});
-    narrow.resize(10, 24);
-    narrow.paintNow();
-    QCOMPARE(narrow.texts(), (QStringList{"", "Drawing", "+"}));
-    narrow.resize(0, 24);
-    narrow.paintNow();
-    QCOMPARE(narrow.tabAt(QPoint(5, 12)), narrow.tabAt(QPoint(5, 12)));
-}
 
 ZR_TEST_SUITE(TabBarPaint)
 #include "tst_tabbarpaint.moc"

@@ -187,15 +187,13 @@ private Q_SLOTS:
     // The rows are wide, so the middle of a row lies beyond the button's label.
     void radioButtonIsClickedByItsText()
     {
-        QDialog dialog;
+        ColumnDialog dialog;
         dialog.setMinimumWidth(500);
-        new QVBoxLayout(&dialog);
-        auto* circle = new QRadioButton(QStringLiteral("圆"), &dialog);
-        auto* square = new QRadioButton(QStringLiteral("方"), &dialog);
-        dialog.layout()->addWidget(circle);
-        dialog.layout()->addWidget(square);
+        auto* circle = dialog.add<QRadioButton>(QStringLiteral("circle"));
+        auto* square = dialog.add<QRadioButton>(QStringLiteral("square"));
+        circle->setText(QStringLiteral("圆"));
+        square->setText(QStringLiteral("方"));
         circle->setChecked(true);
-        connect(addOkButton(&dialog), &QPushButton::clicked, &dialog, &QDialog::accept);
 
         const QString error = runThenAccept(&dialog, QStringLiteral("click:方"));
         QVERIFY2(error.isEmpty(), qPrintable(error));
@@ -507,20 +505,16 @@ private Q_SLOTS:
     // one caption the enabled one takes the click, and a disabled one alone ends the run saying so.
     void buttonIsFoundByItsBuddyCaption()
     {
-        QDialog dialog;
-        new QVBoxLayout(&dialog);
+        ColumnDialog dialog;
         auto captioned = [&dialog] {
-            auto* button = new QPushButton(&dialog);
-            auto* caption = new QLabel(QStringLiteral("覆盖"), button);
-            caption->setBuddy(button);
-            dialog.layout()->addWidget(button);
+            auto* button = dialog.add<QPushButton>(QString());
+            (new QLabel(QStringLiteral("覆盖"), button))->setBuddy(button);
             return button;
         };
         QPushButton* held = captioned();
         held->setEnabled(false);
         QPushButton* free = captioned();
         QSignalSpy clicks(free, &QPushButton::clicked);
-        connect(addOkButton(&dialog), &QPushButton::clicked, &dialog, &QDialog::accept);
         const QString error = runThenAccept(&dialog, QStringLiteral("click:覆盖"));
         QVERIFY2(error.isEmpty(), qPrintable(error));
         QCOMPARE(clicks.count(), 1);
