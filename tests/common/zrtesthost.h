@@ -17,6 +17,14 @@
 
 namespace ZrTest {
 
+// The watchers of modal dialogs still waiting. A test that fails before its dialog came up leaves
+// its watcher behind; the host of the next test must not meet it.
+inline QObject& pendingModalWatchers()
+{
+    static QObject* watchers = new QObject(qApp);
+    return *watchers;
+}
+
 // One host for one test function, with a configuration folder of its own and the images of the
 // source tree. It notes every string that reaches the menu-macro queue and every queued string
 // that ran.
@@ -47,6 +55,7 @@ public:
     }
     virtual ~Host()
     {
+        qDeleteAll(pendingModalWatchers().children());
         if (m_options.loadModule)
             zrrxEntryPoint(2);
         ZrHostControl::shutdown();
@@ -68,12 +77,12 @@ private:
 };
 
 // Runs `action` on the active modal widget as soon as there is one other than `outer` and it is
-// the active window, so that its shortcuts are live. The timer belongs to the application, so it
-// keeps polling through nested event loops; polling, not sleeping, so a test never waits longer
-// than the dialog takes to come up.
+// the active window, so that its shortcuts are live. The timer lives outside any dialog, so it keeps
+// polling through nested event loops, until the test's host goes; polling, not sleeping, so a test
+// never waits longer than the dialog takes to come up.
 inline void whenModalShown(std::function<void(QWidget*)> action, QWidget* outer = nullptr)
 {
-    auto* timer = new QTimer(qApp);
+    auto* timer = new QTimer(&pendingModalWatchers());
     timer->setInterval(5);
     QObject::connect(timer, &QTimer::timeout, [timer, action, outer] {
         QWidget* modal = QApplication::activeModalWidget();
