@@ -33,27 +33,38 @@ QString otherItemText() { return zrUiText("IDS_ZRAPP_CMBMGRIMP_PROMPT5", QString
 // over the pixels.
 QIcon previewIcon(const ZrSmartPtr<ZrGiRasterImage>& raster, const QSize& size)
 {
-    const QImage image = zrutZrGiRasterImage2QImage(raster).convertToFormat(QImage::Format_ARGB32);
-    if (image.isNull()) {
+    const QImage picture = zrutZrGiRasterImage2QImage(raster);
+    if (picture.isNull()) {
         QPixmap empty(size);
         empty.fill(Qt::transparent);
         return QIcon(empty);
     }
-    QImage line(image.size(), QImage::Format_ARGB32_Premultiplied);
-    const QRgb background = image.pixel(0, 0);
-    const int width = image.width();
-    for (int y = 0; y < image.height(); ++y) {
-        const auto* from = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-        auto* to = reinterpret_cast<QRgb*>(line.scanLine(y));
-        for (int x = 0; x < width; ++x)
-            to[x] = from[x] == background ? 0 : qPremultiply(from[x]);
+    const QRgb background = picture.pixel(0, 0);
+    QImage image;
+    if (qAlpha(background) == 255) {
+        // Premultiplying keeps opaque pixels as they are and makes no other pixel opaque, so the
+        // background is found as well after Qt's fast conversion as before it.
+        image = picture.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+        auto* pixels = reinterpret_cast<QRgb*>(image.bits());
+        std::replace(pixels, pixels + image.sizeInBytes() / sizeof(QRgb), background, QRgb(0));
+    } else {
+        // Translucent pixels of other colours may premultiply to the background's value: compare
+        // first, premultiply after.
+        image = picture.convertToFormat(QImage::Format_ARGB32);
+        const int width = image.width();
+        for (int y = 0; y < image.height(); ++y) {
+            auto* pixels = reinterpret_cast<QRgb*>(image.scanLine(y));
+            for (int x = 0; x < width; ++x)
+                pixels[x] = pixels[x] == background ? 0 : qPremultiply(pixels[x]);
+        }
+        image.reinterpretAsFormat(QImage::Format_ARGB32_Premultiplied);
     }
-    if (line.size() == size)
-        return QIcon(QPixmap::fromImage(std::move(line)));
+    if (image.size() == size)
+        return QIcon(QPixmap::fromImage(std::move(image)));
     QPixmap icon(size);
     icon.fill(Qt::transparent);
     QPainter painter(&icon);
-    drawSmoothPixmap(0, 0, QPixmap::fromImage(std::move(line)), painter);
+    drawSmoothPixmap(0, 0, QPixmap::fromImage(std::move(image)), painter);
     return QIcon(icon);
 }
 

@@ -32,6 +32,9 @@ constexpr double kDeviceLimit = 1e15;
 // A dash pattern repeated more often than this along one path is drawn solid: it would look solid,
 // and stroking each dash would take as long as the count.
 constexpr double kMaxDashes = 10000;
+// Pictures up to this many pixels wide and high keep the direct road's fixed-point positions (64ths
+// of a pixel, rows in 16.16) within an int.
+constexpr int kMaxLevelLinePixels = 32767;
 // Text taller than this many pixels is not drawn.
 constexpr double kMaxTextPixels = 1e5;
 
@@ -162,21 +165,94 @@ QPen penOf(const Stroke& stroke, double deviceScale, bool highlighted)
     return pen;
 }
 
+// The length of one repeat of a pen's dashes, in device pixels.
+double dashPeriod(const QPen& pen)
+{
+    double period = 0.0;
+    for (qreal length : pen.dashPattern())
+        period += length * pen.widthF();
+    return period;
+}
+
 // Strokes a path given in device pixels, unless it reaches beyond what can be drawn.
 void strokeOnDevice(QPainter& painter, const QPainterPath& path, QPen pen)
 {
     if (!isDrawable(path.boundingRect()))
         return;
     if (pen.style() == Qt::CustomDashLine) {
-        double period = 0.0;
-        for (qreal length : pen.dashPattern())
-            period += length * pen.widthF();
+        const double period = dashPeriod(pen);
         // Dashes too long to measure, or too many to stroke one by one.
         if (!std::isfinite(period) || path.length() > kMaxDashes * period)
             pen.setStyle(Qt::SolidLine);
     }
     painter.strokePath(path, pen);
 }
+
+// A premultiplied pixel at a coverage of 0 to 255, each channel rounded as the raster engine rounds
+// it.
+uint32_t scaledPixel(uint32_t pixel, uint32_t coverage)
+{
+    // Two channels at a time, each in 16 bits: no sum below leaves its half.
+    const uint32_t mask = 0x00FF00FF;
+    uint32_t redBlue = (pixel & mask) * coverage;
+    redBlue = ((redBlue + ((redBlue >> 8) & mask) + 0x00800080) >> 8) & mask;
+    uint32_t alphaGreen = ((pixel >> 8) & mask) * coverage;
+    alphaGreen = (alphaGreen + ((alphaGreen >> 8) & mask) + 0x00800080) & ~mask;
+    return redBlue | alphaGreen;
+}
+
+// An opaque colour over a premultiplied pixel at a coverage of 0 to 255.
+void coverPixel(uint32_t& pixel, uint32_t color, int coverage)
+{
+    // What the sum below gives at the two ends, without its arithmetic.
+    if (coverage == 0)
+        return;
+    if (coverage == 255) {
+        pixel = color;
+        return;
+    }
+    const uint32_t ink = scaledPixel(color, uint32_t(coverage));
+    pixel = ink + scaledPixel(pixel, 255u - uint32_t(coverage));
+}
+
+// Which device pixels along a dashed line are on: the pattern in 64ths of a pixel, whole pixels on or
+// off by where each one starts in the pattern, as the raster engine decides for thin pens.
+class PixelDashes
+{
+public:
+    PixelDashes(const QVector<qreal>& pattern, int start)
+    {
+        for (qreal length : pattern) {
+            m_length += static_cast<int>(qBound(1.0, length * 64.0, 65536.0));
+            m_ends.push_back(m_length);
+        }
+        if (m_ends.empty())
+            return;
+        m_offset = (32 - (start & 63)) % m_length;
+        if (m_offset < 0)
+            m_offset += m_length;
+        while (m_offset >= m_ends[m_index])
+            ++m_index;
+    }
+
+    bool on() const { return m_ends.empty() || m_index % 2 == 0; }
+
+    void next()
+    {
+        if (m_ends.empty())
+            return;
+        m_offset += 64;
+        if (m_offset >= m_ends[m_index])
+            m_index = (m_index + 1) % m_ends.size();
+        m_offset %= m_length;
+    }
+
+private:
+    std::vector<int> m_ends;
+    int m_length = 0;
+    int m_offset = 0;
+    size_t m_index = 0;
+};
 
 QPainterPath arcPath(const ZrGePoint3d& center, double radius, double start, double end)
 {
@@ -568,6 +644,56 @@ void zrdbPaintEntity(QPainter& painter, const ZrDbEntity* entity, const QTransfo
     painter.resetTransform();
     paintOne(painter, entity, toDevice * device, foreground, highlighted, nullptr, 0);
     painter.restore();
+}
+
+bool zrdbPaintLevelLine(QImage& image, const ZrDbEntity* entity, const QTransform& toDevice, const QColor& foreground)
+{
+    const ZrDbLine* line = ZrDbLine::cast(entity);
+    if (!line || image.format() != QImage::Format_ARGB32_Premultiplied)
+        return false;
+    const ZrDbLayerTableRecord* layer = zrdbPeek<ZrDbLayerTableRecord>(entity->layerId());
+    if (layer && (layer->isOff() || layer->isFrozen()))
+        return true;
+    const Stroke stroke = strokeOf(entity, foreground, nullptr);
+    const QPointF from = toDevice.map(toPoint(line->startPoint()));
+    const QPointF to = toDevice.map(toPoint(line->endPoint()));
+    // Only a hairline drawn left to right along a row, well inside the picture, in a solid colour.
+    if (stroke.width != 1.0 || stroke.color.alpha() != 255 || from.y() != to.y() || !(from.x() < to.x())
+        || !(from.x() >= 0.0 && to.x() < image.width() && from.y() >= 1.0 && from.y() < image.height() - 1)
+        || image.width() > kMaxLevelLinePixels || image.height() > kMaxLevelLinePixels)
+        return false;
+    const QPen pen = penOf(stroke, scaleOf(toDevice), false);
+    const double period = pen.style() == Qt::CustomDashLine ? dashPeriod(pen) : 0.0;
+    if (!std::isfinite(period))
+        return false;
+    // As strokeOnDevice decides.
+    const bool solid = period == 0.0 || to.x() - from.x() > kMaxDashes * period;
+
+    // Positions in 64ths of a pixel; the pen covers the row its centre is in and the next by how far
+    // the centre lies from the pixels' middle.
+    const int x1 = static_cast<int>(from.x() * 64.0);
+    const int x2 = static_cast<int>(to.x() * 64.0);
+    const int y = (static_cast<int>(from.y() * 64.0) - 32) << 10;
+    const int row = y >> 16;
+    const int lower = (y >> 8) & 0xFF;
+    const int first = x1 >> 6;
+    const int last = x2 >> 6;
+    // The end pixels are covered by the part of them the line reaches.
+    const int startPart = first == last ? x2 - x1 : 64 - (x1 & 63);
+    const int endPart = first == last ? 0 : x2 & 63;
+
+    const uint32_t color = stroke.color.rgba();
+    auto* upper = reinterpret_cast<uint32_t*>(image.scanLine(row));
+    auto* below = reinterpret_cast<uint32_t*>(image.scanLine(row + 1));
+    PixelDashes dashes(solid ? QVector<qreal>() : pen.dashPattern(), x1);
+    for (int x = first; x <= last; ++x, dashes.next()) {
+        const int part = x == first ? startPart : x == last ? endPart : 64;
+        if (part == 0 || !dashes.on())
+            continue;
+        coverPixel(upper[x], color, (255 - lower) * part >> 6);
+        coverPixel(below[x], color, lower * part >> 6);
+    }
+    return true;
 }
 
 bool zrdbIsLayerVisible(ZrDbObjectId layer)

@@ -9,6 +9,7 @@
 #include <QTransform>
 #include <vector>
 
+class QImage;
 class QPainter;
 class ZrDbEntity;
 
@@ -21,6 +22,11 @@ ZRHOST_EXPORT bool zrdbEntityExtents(const ZrDbEntity* entity, double& minX, dou
 // `toDevice` maps drawing units to the device; `foreground` stands for colour 7.
 ZRHOST_EXPORT void zrdbPaintEntity(QPainter& painter, const ZrDbEntity* entity, const QTransform& toDevice,
                                    const QColor& foreground, bool highlighted = false);
+// The direct road for a lone line on a picture: a hairline along a row, drawn left to right into a
+// premultiplied picture, gets the pixels the painter of zrdbPaintEntity would give it, without one.
+// False, with nothing drawn, for anything else.
+ZRHOST_EXPORT bool zrdbPaintLevelLine(QImage& image, const ZrDbEntity* entity, const QTransform& toDevice,
+                                      const QColor& foreground);
 // Whether a layer's entities are drawn: not off, not frozen.
 ZRHOST_EXPORT bool zrdbIsLayerVisible(ZrDbObjectId layer);
 // Entities of the space in use, in drawing order.
