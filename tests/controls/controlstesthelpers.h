@@ -47,21 +47,6 @@ private:
 inline ZrDbDatabase* db() { return curDatabase(); }
 inline CXuDocContext* context() { return CXuSystem::instance()->docContext(); }
 
-// Adds a named object (material, table or multileader style) to a dictionary of the current drawing.
-template <class Named>
-ZrDbObjectId addEntry(ZrDbObjectId dictionaryId, Named* object, const QString& name)
-{
-    ZrDbDictionary* dictionary = nullptr;
-    ZrDbObjectId id;
-    if (zrdbOpenObject(dictionary, dictionaryId, ZrDb::kForWrite) != Zr::eOk)
-        return id;
-    object->setName(ZrString(name));
-    dictionary->setAt(ZrString(name), object, id);
-    object->close();
-    dictionary->close();
-    return id;
-}
-
 inline ZrDbObjectId addLine(ZrDbObjectId layer = ZrDbObjectId())
 {
     return addEntity(new ZrDbLine(ZrGePoint3d(0, 0, 0), ZrGePoint3d(10, 0, 0)), layer);
@@ -81,13 +66,6 @@ inline ZrDbObjectId addLineType(const QString& name, std::vector<double> dashes)
     auto* lineType = new ZrDbLinetypeTableRecord;
     lineType->setDashes(std::move(dashes));
     return addRecord(&ZrDbDatabase::getLinetypeTable, lineType, name);
-}
-
-inline ZrDbObjectId addDimension(ZrDbObjectId style)
-{
-    auto* dimension = new ZrDbAlignedDimension(ZrGePoint3d(0, 0, 0), ZrGePoint3d(10, 0, 0), ZrGePoint3d(5, 5, 0));
-    dimension->setDimensionStyle(style);
-    return addEntity(dimension);
 }
 
 using ZrTest::aci;

@@ -32,20 +32,4 @@ inline double variable(const wchar_t* name)
     return value.restype == RTREAL ? value.resval.rreal : value.resval.rint;
 }
 
-// The rows of an 80 by 25 icon that hold any drawn pixel: the pen width of its horizontal line.
-inline int drawnRows(const QIcon& icon)
-{
-    const QImage image = icon.pixmap(QSize(80, 25)).toImage().convertToFormat(QImage::Format_ARGB32);
-    int rows = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            if (qAlpha(image.pixel(x, y)) > 0) {
-                ++rows;
-                break;
-            }
-        }
-    }
-    return rows;
-}
-
 } // namespace LineWeightTest

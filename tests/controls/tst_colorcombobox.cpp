@@ -27,20 +27,6 @@ QStringList standardItems()
             QStringLiteral("白")};
 }
 
-// Answers the colour dialog, once it is up, with `typed` in its colour line and OK. A dialog that
-// refuses the text is cancelled, so that the test fails instead of waiting.
-void answerDialogWithText(const QString& typed)
-{
-    ZrTest::whenModalShown([typed](QWidget* dialog) {
-        ZrHostControl::pushMessageBoxAnswer(1);
-        ZrTest::typeColorAndOk(dialog, typed);
-        if (dialog->isVisible()) {
-            QTest::keyClick(dialog, Qt::Key_Escape);
-            QFAIL(qPrintable(QStringLiteral("the dialog refused %1").arg(typed)));
-        }
-    });
-}
-
 ZrDbObjectId addColouredLine(uint16_t index)
 {
     const ZrDbObjectId id = addLine();
@@ -52,13 +38,6 @@ ZrDbObjectId addColouredLine(uint16_t index)
 ZrCmColor colorOf(ZrDbObjectId id)
 {
     return readEntity<ZrDbEntity>(id, [](const ZrDbEntity* entity) { return entity->color(); });
-}
-
-ZrCmColor trueColor(uint8_t red, uint8_t green, uint8_t blue)
-{
-    ZrCmColor color;
-    color.setRGB(red, green, blue);
-    return color;
 }
 
 } // namespace
@@ -84,28 +63,6 @@ private Q_SLOTS:
     void init() { m_host.reset(new Host); }
     void cleanup() { m_host.reset(); }
 
-    void listOrderFollowsTheViewStyle()
-    {
-        ZrColorComboBox box(nullptr, true);
-        QCOMPARE(items(box), standardItems() << kChooseItem);
-        QCOMPARE(box.currentIndex(), 0);
-
-        box.setViewStyle(ZrColorComboBox::kUseCurrentItem | ZrColorComboBox::kNoneItem);
-        QCOMPARE(items(box), QStringList({QStringLiteral("使用当前项"), QStringLiteral("无")}) + standardItems().mid(2));
-        // The use-current item shows the current colour but stands for no colour of its own.
-        QCOMPARE(box.GetColor(0).colorMethod(), ZrCmEntityColor::kNone);
-
-        // A colour given to a bound box is added last and shown once the view is ready.
-        QWidget view;
-        ZrHostControl::setViewWindow(&view);
-        ZrColorComboBox given(true, aci(2), nullptr, true);
-        ZrHostControl::setViewWindow(nullptr);
-        QCOMPARE(given.count(), standardItems().size() + 2);
-        QCOMPARE(given.itemText(given.count() - 2), QStringLiteral("黄"));
-        QCOMPARE(given.currentIndex(), given.count() - 2);
-        QCOMPARE(given.objectName(), QStringLiteral("ZrColorComboBox"));
-    }
-
     // The box remembers the ten colours added last; the eleventh pushes out the first.
     void recentColoursKeepTheTenNewest()
     {
@@ -128,64 +85,6 @@ private Q_SLOTS:
         box.AppendColorItem(plain);
         box.init(ZrCmColor(), false, ZrDbObjectId::kNull);
         QCOMPARE(items(box), expected);
-    }
-
-    void addingAListedTextAnswersTheEarlierItem()
-    {
-        ZrColorComboBox box(nullptr, true);
-        const int before = box.count();
-        QCOMPARE(box.AddColorItem(box.count() - 1, formatColor(aci(1), nullptr, ZrDbObjectId::kNull)), 2);
-        QCOMPARE(box.count(), before + 1);
-        QCOMPARE(box.itemText(before - 1), QStringLiteral("红"));
-
-        // A listed index colour is found, not added; another one is added under the given text.
-        QCOMPARE(box.AddColorToMRU(3), 4);
-        QCOMPARE(box.count(), before + 1);
-        const int added = box.AddColorToMRU(30);
-        QCOMPARE(box.itemText(added), QStringLiteral("30"));
-        QCOMPARE(added, box.count() - 2);
-        QCOMPARE(box.GetColor(added), aci(30));
-    }
-
-    void findColorAnswersTheFirstMatchingItem()
-    {
-        ZrColorComboBox box(nullptr, true);
-        const int choose = box.count() - 1;
-
-        QColor out;
-        QVERIFY(box.FindColor(2, out));
-        QCOMPARE(out, QColor(255, 0, 0));
-        // ByLayer, the dialog item and positions off the list are no ordinary colours.
-        out = QColor();
-        QVERIFY(!box.FindColor(0, out));
-        QVERIFY(!box.FindColor(choose, out));
-        QVERIFY(!box.FindColor(box.count(), out));
-        QVERIFY(!box.FindColor(-1, out));
-        QVERIFY(!out.isValid());
-
-        // ByLayer's swatch is white on a dark drawing as well: only the ordinary item counts.
-        QCOMPARE(box.FindColor(QColor(Qt::white)), 8);
-        QCOMPARE(box.FindColor(QColor(1, 2, 3)), -1);
-
-        QCOMPARE(box.FindColor(aci(5)), 6);
-        QCOMPARE(box.FindColor(ZrCmColorWarp(ZrCmEntityColor::kByBlock)), 1);
-        QCOMPARE(box.FindColor(trueColor(1, 2, 3)), -1);
-        const int rgb = box.AppendColorItem(QColor(1, 2, 3), QStringLiteral("mine"));
-        QCOMPARE(box.FindColor(trueColor(1, 2, 3)), rgb);
-        QCOMPARE(box.FindColor(QColor(1, 2, 3)), rgb);
-
-        QCOMPARE(box.FindColor(3, false), 4);
-        QCOMPARE(box.FindColor(256, false), 0);
-        QCOMPARE(box.FindColor(40, false), -1);
-        const int count = box.count();
-        const int added = box.FindColor(40, true);
-        QCOMPARE(box.count(), count + 1);
-        QCOMPARE(added, box.count() - 2);
-        const ZrCmColor forty = aci(40);
-        QCOMPARE(box.itemText(added),
-                 QStringLiteral("RGB(%1, %2, %3)").arg(forty.red()).arg(forty.green()).arg(forty.blue()));
-        QVERIFY(box.FindColor(added, out));
-        QCOMPARE(out, QColor(forty.red(), forty.green(), forty.blue()));
     }
 
     void choosingAColourWritesTheCurrentColourAsOneStep()
@@ -282,76 +181,7 @@ private Q_SLOTS:
         QVERIFY(nothingSinceMark());
     }
 
-    void thePopupWaitsForTheCommandOnlyOnABoundBox()
-    {
-        auto bound = shown(true, nullptr, true);
-        auto plain = shown(nullptr, true);
-        context()->setActiveCommandCount(1);
-        bound->showPopup();
-        QVERIFY(!bound->view()->isVisible());
-        plain->showPopup();
-        QTRY_VERIFY(plain->view()->isVisible());
-        plain->hidePopup();
-        context()->setActiveCommandCount(0);
-        bound->showPopup();
-        QTRY_VERIFY(bound->view()->isVisible());
-        bound->hidePopup();
-    }
-
-    void withoutTextTheBoxIsABareSwatch()
-    {
-        ZrColorComboBox box(nullptr, false);
-        QCOMPARE(box.width(), 43);
-        QCOMPARE(box.height(), 23);
-        box.setShowText(true);
-        QCOMPARE(box.maximumWidth(), 250);
-    }
-
-    void whiteBlackListHoldsTrueWhiteAndBlack()
-    {
-        ZrUiWhiteBlackTrueColorComboBox box;
-        box.OnAddItems();
-        QCOMPARE(items(box), standardItems().mid(2) << QStringLiteral("黑") << kChooseItem);
-        QCOMPARE(box.GetColor(6), trueColor(255, 255, 255));
-        QCOMPARE(box.GetColor(7), trueColor(0, 0, 0));
-    }
-
     // The dialog behind the last item. These drive the module's colour dialog as a user would.
-
-    void aColourFromTheDialogLandsBehindTheDialogItem()
-    {
-        auto box = shown(true, nullptr, true);
-        QSignalSpy chosen(box.get(), &ZrColorComboBox::ColorItemChanged);
-        answerDialogWithText(QStringLiteral("30"));
-        pick(*box, kChooseItem);
-        QTRY_COMPARE(db()->cecolor(), aci(30));
-        QCOMPARE(box->itemText(box->count() - 1), QStringLiteral("颜色 30"));
-        QCOMPARE(box->itemText(box->count() - 2), kChooseItem);
-        QCOMPARE(box->currentIndex(), box->count() - 1);
-        QCOMPARE(chosen.count(), 1);
-        QCOMPARE(chosen.at(0).at(0).value<QColor>(), formatColor(aci(30), nullptr, ZrDbObjectId::kNull).color);
-        QCOMPARE(m_host->macros(), QStringList{QStringLiteral("GLOBAL_UI_UPDATEDB")});
-        // A rebuilt list has it among the recent colours, in front of the dialog item.
-        box->init(ZrCmColor(), false, ZrDbObjectId::kNull);
-        QCOMPARE(box->itemText(box->count() - 2), QStringLiteral("颜色 30"));
-    }
-
-    void anIndexFromTheDialogShowsTheListedItem()
-    {
-        auto box = shown(nullptr, true);
-        const int count = box->count();
-        answerDialogWithText(QStringLiteral("4"));
-        pick(*box, kChooseItem);
-        QTRY_COMPARE(box->currentText(), QStringLiteral("青"));
-        QCOMPARE(box->count(), count);
-        // A plain picker only reports the choice.
-        QVERIFY(m_host->macros().isEmpty());
-        QCOMPARE(db()->cecolor(), ZrCmColor());
-        // The item is the accepted one: a cancelled dialog comes back to it.
-        ZrTest::cancelNextModal();
-        pick(*box, kChooseItem);
-        QTRY_COMPARE(box->currentText(), QStringLiteral("青"));
-    }
 
     void cancelKeepsTheLastAcceptedItem()
     {
@@ -370,43 +200,6 @@ private Q_SLOTS:
         QCOMPARE(db()->cecolor(), aci(3));
     }
 
-    // The dialog opens with the tabs the box was given, not the three it has by default.
-    void dialogOpensWithTheBoxsTabs()
-    {
-        auto box = shown(nullptr, true);
-        box->setOpenColorTabs(1 | 4);
-        int tabs = -1;
-        ZrTest::whenModalShown([&tabs](QWidget* dialog) {
-            if (const QTabWidget* tabWidget = dialog->findChild<QTabWidget*>())
-                tabs = tabWidget->count();
-            QTest::keyClick(dialog, Qt::Key_Escape);
-        });
-        pick(*box, kChooseItem);
-        QCOMPARE(tabs, 2);
-    }
-
-    // ByBlock from the dialog makes position 1 the accepted item, even where a None item in front
-    // has put ByLayer there: a later cancel shows what stands at 1.
-    void byBlockFromTheDialogAcceptsPositionOne()
-    {
-        auto box = shown(nullptr, true);
-        box->SetUseColorNone();
-        QCOMPARE(box->itemText(0), QStringLiteral("无"));
-        QCOMPARE(box->GetColor(0).colorIndex(), 257);
-        QSignalSpy chosen(box.get(), &ZrColorComboBox::ColorItemChanged);
-        ZrTest::whenModalShown([](QWidget* dialog) {
-            QTest::mouseClick(dialog->findChild<QPushButton*>(QStringLiteral("btnByBlock")), Qt::LeftButton);
-            ZrTest::clickOk(dialog);
-        });
-        pick(*box, kChooseItem);
-        QTRY_COMPARE(box->currentText(), QStringLiteral("ByBlock"));
-        QCOMPARE(chosen.count(), 1);
-
-        ZrTest::cancelNextModal();
-        pick(*box, kChooseItem);
-        QCOMPARE(box->currentIndex(), 1);
-        QCOMPARE(box->currentText(), QStringLiteral("ByLayer"));
-    }
 };
 
 ZR_TEST_SUITE(TestColorComboBox)

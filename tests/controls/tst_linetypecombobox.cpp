@@ -215,30 +215,6 @@ private Q_SLOTS:
         QCOMPARE(m_host->macros().mid(before.size()), QStringList{QStringLiteral("_LINETYPE\n")});
     }
 
-    // With a varying selection the update after "其他..." leaves the item alone: the box itself has
-    // to have gone back.
-    void otherWithAVaryingSelectionShowsTheLastLineType()
-    {
-        const ZrDbObjectId first = addLineWith(m_dashed);
-        const ZrDbObjectId second = addLineWith(m_hidden);
-        ZrLineTypeComboBox& box = bound();
-        select({first});
-        QTRY_COMPARE(box.currentText(), QStringLiteral("DASHED"));
-        select({first, second});
-        ZrHostControl::flushUiEvents();
-        QString shownMeanwhile;
-        ZrTest::whenModalShown([&](QWidget* dialog) {
-            shownMeanwhile = box.currentText();
-            QTest::keyClick(dialog, Qt::Key_Escape);
-        });
-        pick(box, QStringLiteral("其他..."));
-        QTRY_COMPARE(m_host->commandsRun(), QStringList{QStringLiteral("LINETYPE")});
-        QCOMPARE(shownMeanwhile, QStringLiteral("DASHED"));
-        QCOMPARE(box.currentText(), QStringLiteral("DASHED"));
-        QCOMPARE(lineTypeOf(first), m_dashed);
-        QCOMPARE(lineTypeOf(second), m_hidden);
-    }
-
     void otherOnAPickerCancelledGoesBackToTheLastLineType()
     {
         ZrLineTypeComboBox& box = picker();
@@ -261,67 +237,6 @@ private Q_SLOTS:
         QVERIFY(!box.signalsBlocked());
     }
 
-    // A line type of the host's shipped definitions is loaded into the drawing, and the box
-    // rebuilt with it.
-    void otherOnAPickerLoadsTheChosenLineType()
-    {
-        ZrLineTypeComboBox& box = picker();
-        QVERIFY(box.findText(QStringLiteral("PHANTOMX2")) < 0);
-        ZrTest::whenModalShown([](QWidget* dialog) {
-            auto* list = dialog->findChild<QTreeWidget*>(QStringLiteral("linetypeList"));
-            QTreeWidgetItem* phantom = list ? itemNamed(list, QStringLiteral("PHANTOMX2")) : nullptr;
-            if (!phantom) {
-                QTest::keyClick(dialog, Qt::Key_Escape);
-                return;
-            }
-            list->scrollToItem(phantom);
-            QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(phantom).center());
-            QTest::mouseClick(dialog->findChild<QPushButton*>(QStringLiteral("okButton")), Qt::LeftButton);
-        });
-        pick(box, QStringLiteral("其他..."));
-        QCOMPARE(box.currentText(), QStringLiteral("PHANTOMX2"));
-        QCOMPARE(box.itemText(box.count() - 1), QStringLiteral("其他..."));
-        const ZrDbObjectId loaded = zrqthelper::findLineStyleTableRecordByName(ZrString(L"PHANTOMX2"));
-        QVERIFY(loaded.isValid());
-        QCOMPARE(box.currentData().value<ZrDbObjectId>(), loaded);
-        QVERIFY(runsOf(box.currentData(Qt::DecorationRole).value<QIcon>()).dashes >= 2);
-        QCOMPARE(ZrHostControl::undoStepName().toQString(), QStringLiteral("加载线型"));
-    }
-
-    void theWheelNeverOpensTheChoice()
-    {
-        const ZrSmartPtr<CountingChoice> choice(new ZrRxObjectImpl<CountingChoice>(), kZrAttach);
-        zr_arbitDict_regservice(19, ZrRxObjectPtr(choice.get()));
-        ZrLineTypeComboBox& box = picker();
-        box.setCurrentIndex(box.count() - 2);
-        QCOMPARE(box.currentText(), QStringLiteral("HIDDEN"));
-        QWheelEvent down(QPointF(10, 10), QPointF(box.mapToGlobal(QPoint(10, 10))), QPoint(), QPoint(0, -120), Qt::NoButton,
-                         Qt::NoModifier, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(&box, &down);
-        QCOMPARE(box.currentText(), QStringLiteral("HIDDEN"));
-        QCOMPARE(choice->calls, 0);
-        // The same item by the keys opens it: the wheel is what stops it above.
-        pick(box, QStringLiteral("其他..."));
-        QCOMPARE(choice->calls, 1);
-        QCOMPARE(box.currentText(), QStringLiteral("HIDDEN"));
-    }
-
-    void thePopupWaitsForTheCommandOnlyOnABoundBox()
-    {
-        ZrLineTypeComboBox& box = bound();
-        context()->setActiveCommandCount(1);
-        box.showPopup();
-        QVERIFY(!box.view()->isVisible());
-        context()->setActiveCommandCount(0);
-        // A line type added since is there when the list opens.
-        addLineType(QStringLiteral("LATER"), {1.0, -1.0});
-        box.showPopup();
-        QTRY_VERIFY(box.view()->isVisible());
-        QVERIFY(items(box).contains(QStringLiteral("LATER")));
-        QCOMPARE(box.itemText(box.count() - 1), QStringLiteral("其他..."));
-        box.hidePopup();
-    }
-
     // A change of CELTYPE rebuilds the list: line types added since show up, not only the current one.
     void theListIsBuiltAgainWhenTheCurrentLineTypeChanges()
     {
@@ -336,91 +251,6 @@ private Q_SLOTS:
         QVERIFY(box.findText(QStringLiteral("SECOND")) >= 0);
         QCOMPARE(box.itemText(box.count() - 1), QStringLiteral("其他..."));
         QCOMPARE(box.count(), 5 + 2 + 1);
-    }
-
-    void eventsTheBoxListensTo()
-    {
-        ZrLineTypeComboBox& box = bound();
-        CZrGlobalUIReactorHelp event;
-        event.database = db();
-        event.kind = kZrUiEventObject;
-        const ZrDbObjectId line = addLineWith(m_dashed);
-        {
-            ZrDbObjectPointer<ZrDbEntity> entity(line, ZrDb::kForRead);
-            event.object = entity.object();
-            QVERIFY(!box.needUpdateUI(event));
-            event.selectionActive = true;
-            QVERIFY(box.needUpdateUI(event));
-        }
-        event.selectionActive = false;
-        {
-            ZrDbObjectPointer<ZrDbLinetypeTableRecord> record(m_dashed, ZrDb::kForRead);
-            event.object = record.object();
-            QVERIFY(box.needUpdateUI(event));
-        }
-        event.object = nullptr;
-        event.kind = kZrUiEventSysVar;
-        event.name = ZrString(L"LTSCALE");
-        QVERIFY(box.needUpdateUI(event));
-        CXuDocument* document = zrDocManagerPtr()->curDocument();
-        zrDocManagerPtr()->setCurDocument(nullptr);
-        QVERIFY(!box.needUpdateUI(event));
-        zrDocManagerPtr()->setCurDocument(document);
-    }
-
-    void byLayerShowsThePatternOfTheCurrentLayer()
-    {
-        {
-            ZrDbObjectPointer<ZrDbLayerTableRecord> layer(db()->clayer(), ZrDb::kForWrite);
-            layer->setLinetypeObjectId(m_dashed);
-        }
-        ZrLineTypeComboBox& box = bound();
-        poke();
-        QTRY_COMPARE(box.currentText(), QStringLiteral("ByLayer"));
-        const QImage byLayer = box.itemIcon(box.findText(QStringLiteral("ByLayer"))).pixmap(80, 25).toImage();
-        const QImage dashed = box.itemIcon(box.findText(QStringLiteral("DASHED"))).pixmap(80, 25).toImage();
-        QCOMPARE(byLayer, dashed);
-        QVERIFY(runsOf(QIcon(QPixmap::fromImage(byLayer))).dashes >= 3);
-    }
-
-    void narrowBoxKeepsItsPreviewSize()
-    {
-        ZrLineTypeComboBox& box = picker();
-        box.setMinimumWidth(0);
-        box.resize(60, 23);
-        QTRY_COMPARE(box.width(), 60);
-        QCOMPARE(box.iconSize(), QSize(80, 25));
-        QCOMPARE(box.maximumWidth(), 250);
-        QCOMPARE(box.height(), 23);
-    }
-
-    void setCurrentIndexTakesOnlyItemsOfTheList()
-    {
-        ZrLineTypeComboBox& box = picker();
-        box.setCurrentLineType(m_dashed);
-        QCOMPARE(box.currentText(), QStringLiteral("DASHED"));
-        box.SetNullItem();
-        box.setCurrentIndex(box.count());
-        QCOMPARE(box.currentText(), QStringLiteral("DASHED"));
-        box.setCurrentLineType(ZrDbObjectId());
-        QCOMPARE(box.currentText(), QStringLiteral("DASHED"));
-    }
-
-    // Patterns at the edges: none, the most a line type holds, an absurd dash, only gaps.
-    void oddPatternsStillGetPreviews()
-    {
-        addLineType(QStringLiteral("NODASHES"), {});
-        addLineType(QStringLiteral("TWELVE"), {2, -1, 2, -1, 2, -1, 0, -1, 0, -1, 4, -1});
-        addLineType(QStringLiteral("HUGE"), {1e12, -1.0});
-        addLineType(QStringLiteral("GAPS"), {-3.0, -2.0});
-        ZrLineTypeComboBox& box = picker();
-        for (const char* name : {"NODASHES", "TWELVE", "HUGE", "GAPS"}) {
-            const int row = box.findText(QLatin1String(name));
-            QVERIFY2(row >= 0, name);
-            QVERIFY2(!box.itemIcon(row).isNull(), name);
-        }
-        QCOMPARE(runsOf(box.itemIcon(box.findText(QStringLiteral("NODASHES")))).dashes, 1);
-        QVERIFY(runsOf(box.itemIcon(box.findText(QStringLiteral("TWELVE")))).dashes >= 4);
     }
 
     void aThousandLineTypesAllHavePreviews()

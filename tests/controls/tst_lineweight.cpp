@@ -136,69 +136,6 @@ private Q_SLOTS:
         QCOMPARE(plain.itemText(3), texts[4]);
     }
 
-    void penWidths_data()
-    {
-        QTest::addColumn<int>("weight");
-        QTest::addColumn<double>("scale");
-        QTest::addColumn<int>("pen");
-        QTest::newRow("211 capped at height - 4") << 211 << 0.5 << 21;
-        QTest::newRow("158 reaches height - 3") << 158 << 0.5 << 21;
-        QTest::newRow("140 under the cap") << 140 << 0.5 << 19;
-        QTest::newRow("9 at full scale") << 9 << 1.0 << 2;
-        QTest::newRow("9 at half scale") << 9 << 0.5 << 1;
-        QTest::newRow("25 at full scale") << 25 << 1.0 << 2;
-        QTest::newRow("30 above the thin ones") << 30 << 0.5 << 4;
-        QTest::newRow("90 at the small scale") << 90 << 0.2 << 1;
-        QTest::newRow("100 at the small scale") << 100 << 0.2 << 7;
-        QTest::newRow("26 just above the small scale") << 26 << 0.2000001 << 2;
-        QTest::newRow("ByLayer") << -1 << 1.0 << 1;
-        QTest::newRow("0") << 0 << 1.0 << 1;
-    }
-
-    void penWidths()
-    {
-        QFETCH(int, weight);
-        QFETCH(double, scale);
-        QFETCH(int, pen);
-        ZrLineWidthComboBox box;
-        box.setLineweightScale(scale);
-        QCOMPARE(box.getLineThickness(weight), pen);
-        ZrQtLweightListWidget list;
-        list.setLineweightScale(scale);
-        QCOMPARE(list.getLineThickness(weight), pen);
-    }
-
-    // The icons are drawn with those pens: the special rows a hairline, the heaviest capped.
-    void iconsShowThePen()
-    {
-        ZrLineWidthComboBox box;
-        QCOMPARE(drawnRows(box.itemIcon(0)), 1);
-        QCOMPARE(drawnRows(box.itemIcon(box.getLineWidget(static_cast<ZrDb::LineWeight>(30)))), 4);
-        QCOMPARE(drawnRows(box.itemIcon(box.getLineWidget(static_cast<ZrDb::LineWeight>(211)))), 21);
-    }
-
-    // The list draws what a by-rule row stands for: ByLayer the current layer's weight, ByBlock a
-    // hairline, the default row the host's default weight.
-    void listRowsDrawWhatTheyStandFor()
-    {
-        ZrDbObjectPointer<ZrDbLayerTableRecord>(db()->clayer(), ZrDb::kForWrite)->setLineWeight(
-            static_cast<ZrDb::LineWeight>(140));
-        setVariable(L"LWDEFAULT", 211);
-        ZrQtLweightListWidget list;
-        list.initListWidthCurLayout(false);
-        QCOMPARE(list.count(), 27);
-        QCOMPARE(list.item(26)->text(), QStringLiteral("2.11 mm"));
-        QCOMPARE(drawnRows(list.item(0)->icon()), 19);
-        QCOMPARE(drawnRows(list.item(1)->icon()), 1);
-        QCOMPARE(drawnRows(list.item(2)->icon()), 21);
-        QCOMPARE(list.getLineWidget(ZrDb::kLnWtByLwDefault), 2);
-        QCOMPARE(int(list.lineWeightAt(4)), 5);
-        list.modifyItemLine(1, static_cast<ZrDb::LineWeight>(30));
-        QCOMPARE(drawnRows(list.item(1)->icon()), 4);
-        QCOMPARE(list.item(1)->text(), QStringLiteral("ByBlock"));
-        QVERIFY(!list.needUpdateUI(CZrGlobalUIReactorHelp()));
-    }
-
     void nothingSelectedShowsAndSetsTheCurrentWeight()
     {
         ZrLineWidthComboBox& box = bound();
@@ -237,52 +174,6 @@ private Q_SLOTS:
         QCOMPARE(ZrHostControl::undoStepName().toQString(), QStringLiteral("mark"));
     }
 
-    // Every road of onUpdateUI: a common weight, weights that differ, the current weight, and a
-    // weight the list leaves out. None of them is a choice of the user.
-    void hostRefreshIsSilent()
-    {
-        const ZrDbObjectId thin = lineOfWeight(13);
-        const ZrDbObjectId byLayer = lineOfWeight(-1);
-        db()->setCelweight(static_cast<ZrDb::LineWeight>(211));
-        ZrHostControl::flushUiEvents();
-        // Without ByLayer in its list.
-        m_box.reset(new ZrLineWidthComboBox(true, 6, nullptr, false));
-        ZrLineWidthComboBox& box = *m_box;
-        box.show();
-        QSignalSpy picked(&box, &ZrLineWidthComboBox::lineWeightItemChanged);
-        QSignalSpy changed(&box, QOverload<int>::of(&QComboBox::currentIndexChanged));
-        ZrHostControl::clearLogs();
-        markHistory();
-
-        select({thin});
-        QTRY_COMPARE(box.currentText(), QStringLiteral("0.13 mm"));
-        select({thin, byLayer});
-        QTRY_COMPARE(box.currentIndex(), -1);
-        select({byLayer});
-        QTRY_COMPARE(box.currentText(), QStringLiteral("ByLayer"));
-        QCOMPARE(box.currentIndex(), box.count() - 1);
-        ZrHostControl::clearSelection();
-        QTRY_COMPARE(box.currentText(), QStringLiteral("2.11 mm"));
-
-        QVERIFY(picked.isEmpty());
-        QVERIFY(changed.isEmpty());
-        QVERIFY(m_host->macros().isEmpty());
-        QVERIFY(nothingSinceMark());
-        QVERIFY(!box.signalsBlocked());
-    }
-
-    // A change of LWUNITS refills the list in the new unit, and the box shows the same weight.
-    void unitsFollowLwunits()
-    {
-        ZrLineWidthComboBox& box = bound();
-        select({lineOfWeight(35)});
-        QTRY_COMPARE(box.currentText(), QStringLiteral("0.35 mm"));
-        setVariable(L"LWUNITS", 0);
-        QTRY_COMPARE(box.itemText(3), QStringLiteral("0.000\""));
-        QTRY_COMPARE(box.currentText(), QStringLiteral("0.014\""));
-        QVERIFY(box.inches());
-    }
-
     // The settings item queues the lineweight command and gives the box back the weight it showed,
     // whether the host or the user put it there.
     void settingsItemNeverStaysCurrent()
@@ -311,48 +202,6 @@ private Q_SLOTS:
         pick(plain, QStringLiteral("0.09 mm"));
         pick(plain, QStringLiteral("线宽设置..."));
         QCOMPARE(plain.currentText(), QStringLiteral("0.09 mm"));
-    }
-
-    // A plain picker reports the choice and writes nothing.
-    void plainPickerOnlyReports()
-    {
-        m_box.reset(new ZrLineWidthComboBox(nullptr, false));
-        ZrLineWidthComboBox& box = *m_box;
-        box.show();
-        markHistory();
-        QSignalSpy picked(&box, &ZrLineWidthComboBox::lineWeightItemChanged);
-        pick(box, QStringLiteral("1.00 mm"));
-        QCOMPARE(picked.size(), 1);
-        QCOMPARE(int(box.GetCurrentLineWeight()), 100);
-        QVERIFY(m_host->macros().isEmpty());
-        QVERIFY(nothingSinceMark());
-    }
-
-    void popupWaitsForTheCommandOnABoundBox()
-    {
-        ZrLineWidthComboBox& box = bound();
-        context()->setActiveCommandCount(1);
-        box.showPopup();
-        QVERIFY(!box.view()->isVisible());
-        context()->setActiveCommandCount(0);
-        box.showPopup();
-        QTRY_VERIFY(box.view()->isVisible());
-        box.hidePopup();
-    }
-
-    // The preview is fitted to the first real size of the box and to nothing after.
-    void previewFitsTheFirstSizeOnly()
-    {
-        ZrLineWidthComboBox box;
-        QCOMPARE(box.iconSize(), QSize(80, 25));
-        box.setMaximumWidth(1000);
-        box.setFixedHeight(40);
-        box.resize(120, 40);
-        box.show();
-        QTRY_COMPARE(box.iconSize(), QSize(80, 40));
-        box.setFixedHeight(60);
-        box.resize(120, 60);
-        QCOMPARE(box.iconSize(), QSize(80, 40));
     }
 
     // The drawing shows weights only with LWDISPLAY on, as wide as LWDISPLAYSCALE makes them.

@@ -173,49 +173,6 @@ private Q_SLOTS:
         QCOMPARE(param->size(), 0);
     }
 
-    // The slider's ends are the scales 0.1 and 1.0; with the companion of zrui, OK still reaches
-    // the drawing.
-    void sliderAtItsLowEnd()
-    {
-        const ZrRxObjectPtr helper(new ZrRxObjectImpl<ZrUiHelper>(), kZrAttach);
-        const int result = run(helper, [](QWidget* dialog) {
-            auto* slider = child<QSlider>(dialog, "scaleSlider");
-            slider->setFocus();
-            QTest::keyClick(slider, Qt::Key_Home);
-            QCOMPARE(child<ZrQtLweightListWidget>(dialog, "lweightList")->lineweightScale(), 0.1);
-            QCOMPARE(child<ZrLineWidthComboBox>(dialog, "defaultCombo")->lineweightScale(), 0.1);
-            QTest::mouseClick(child<QPushButton>(dialog, "okButton"), Qt::LeftButton);
-        });
-        QCOMPARE(result, 1);
-        QCOMPARE(variable(L"LWDISPSCALE"), 0.1);
-    }
-
-    // The default weight is drawn in the rows that stand for it, at once.
-    void defaultWeightRedrawsItsRows()
-    {
-        const int result = run(ZrRxObjectPtr(), [](QWidget* dialog) {
-            auto* list = child<ZrQtLweightListWidget>(dialog, "lweightList");
-            QCOMPARE(drawnRows(list->item(2)->icon()), 1);
-            pick(*child<ZrLineWidthComboBox>(dialog, "defaultCombo"), QStringLiteral("2.11 mm"));
-            QCOMPARE(drawnRows(list->item(2)->icon()), 21);
-            QCOMPARE(drawnRows(list->item(0)->icon()), 21);
-            QCOMPARE(drawnRows(list->item(1)->icon()), 1);
-            QTest::mouseClick(child<QPushButton>(dialog, "okButton"), Qt::LeftButton);
-        });
-        QCOMPARE(result, 1);
-        QCOMPARE(variable(L"LWDEFAULT"), 211.0);
-    }
-
-    void helpOpensTheTopic()
-    {
-        const int result = run(ZrRxObjectPtr(), [](QWidget* dialog) {
-            QTest::mouseClick(child<QPushButton>(dialog, "helpButton"), Qt::LeftButton);
-            QTest::keyClick(dialog, Qt::Key_Escape);
-        });
-        QCOMPARE(result, 2);
-        QCOMPARE(ZrHostControl::helpTopics(), QStringList{QStringLiteral("ZRAPP_ZRR/ZRAPP_ZRR/ZRR_LWEIGHT")});
-    }
-
 private:
     int run(ZrRxObjectPtr helper, std::function<void(QWidget*)> user, ZrJsonPtr param = ZrJsonPtr())
     {

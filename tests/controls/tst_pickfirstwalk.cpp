@@ -140,36 +140,14 @@ ZrDbObjectId addDimStyle(const QString& name, ZrDbObjectId textStyle = ZrDbObjec
 RecordCase recordCase(const QString& property)
 {
     const ZrDbObjectId none;
-    const ZrString noName;
     if (property == QLatin1String("color"))
         return makeCase<SColorInfo, ZrCmColor>(
             adder<ZrDbLine, ZrCmColor>([](ZrDbEntity* e, const ZrCmColor& v) { e->setColor(v); }), aci(1), aci(3),
             ZrCmColor());
-    if (property == QLatin1String("lineWeight"))
-        return makeCase<SLineWeightInfo, ZrDb::LineWeight>(
-            adder<ZrDbLine, ZrDb::LineWeight>([](ZrDbEntity* e, ZrDb::LineWeight v) { e->setLineWeight(v); }),
-            static_cast<ZrDb::LineWeight>(25), static_cast<ZrDb::LineWeight>(50), ZrDb::kLnWtByLayer);
-    if (property == QLatin1String("lineType")) {
-        addLineType(QStringLiteral("DASHED"), {5.0, -2.5});
-        return makeCase<SLineTypeInfo, ZrString>(
-            adder<ZrDbLine, ZrString>([](ZrDbEntity* e, const ZrString& v) { e->setLinetype(v); }),
-            ZrString(L"DASHED"), ZrString(L"Continuous"), noName);
-    }
     if (property == QLatin1String("layer"))
         return makeCase<SLayerInfo, ZrDbObjectId>(
             adder<ZrDbLine, ZrDbObjectId>([](ZrDbEntity* e, ZrDbObjectId v) { e->setLayer(v); }),
             addLayer(QStringLiteral("A")), addLayer(QStringLiteral("B")), none);
-    if (property == QLatin1String("material")) {
-        addEntry(db()->materialDictionaryId(), new ZrDbMaterial, QStringLiteral("Brick"));
-        addEntry(db()->materialDictionaryId(), new ZrDbMaterial, QStringLiteral("Glass"));
-        return makeCase<SMaterialInfo, ZrString>(
-            adder<ZrDbLine, ZrString>([](ZrDbEntity* e, const ZrString& v) { e->setMaterial(v); }),
-            ZrString(L"Brick"), ZrString(L"Glass"), noName);
-    }
-    if (property == QLatin1String("plotStyle"))
-        return makeCase<SPlotStyleInfo, ZrString>(
-            adder<ZrDbLine, ZrString>([](ZrDbEntity* e, const ZrString& v) { e->setPlotStyleName(v); }),
-            ZrString(L"Style1"), ZrString(L"Style2"), noName);
 
     RecordCase c;
     if (property == QLatin1String("dimStyle"))
@@ -177,16 +155,6 @@ RecordCase recordCase(const QString& property)
             adder<ZrDbAlignedDimension, ZrDbObjectId>(
                 [](ZrDbDimension* e, ZrDbObjectId v) { e->setDimensionStyle(v); }),
             db()->dimstyle(), addDimStyle(QStringLiteral("Arch")), none);
-    else if (property == QLatin1String("tableStyle"))
-        c = makeCase<STableStyleInfo, ZrDbObjectId>(
-            adder<ZrDbTable, ZrDbObjectId>([](ZrDbTable* e, ZrDbObjectId v) { e->setTableStyle(v); }),
-            addEntry(db()->tableStyleDictionaryId(), new ZrDbTableStyle, QStringLiteral("Report")),
-            addEntry(db()->tableStyleDictionaryId(), new ZrDbTableStyle, QStringLiteral("Plain")), none);
-    else if (property == QLatin1String("mleaderStyle"))
-        c = makeCase<SMleaderStyleInfo, ZrDbObjectId>(
-            adder<ZrDbMLeader, ZrDbObjectId>([](ZrDbMLeader* e, ZrDbObjectId v) { e->setMLeaderStyle(v); }),
-            addEntry(db()->mleaderStyleDictionaryId(), new ZrDbMLeaderStyle, QStringLiteral("Callout")),
-            addEntry(db()->mleaderStyleDictionaryId(), new ZrDbMLeaderStyle, QStringLiteral("Balloon")), none);
     if (c.record) {
         c.absentFirstVaries = true;
         c.classBound = true;
@@ -200,14 +168,6 @@ RecordCase recordCase(const QString& property)
         c = makeCase<STextStyleInfo, ZrDbObjectId>(
             adder<ZrDbText, ZrDbObjectId>([](ZrDbText* e, ZrDbObjectId v) { e->setTextStyle(v); }), standard, notes,
             none);
-    else if (property == QLatin1String("textStyle/mtext"))
-        c = makeCase<STextStyleInfo, ZrDbObjectId>(
-            adder<ZrDbMText, ZrDbObjectId>([](ZrDbMText* e, ZrDbObjectId v) { e->setTextStyle(v); }), standard,
-            notes, none);
-    else if (property == QLatin1String("textStyle/mleader"))
-        c = makeCase<STextStyleInfo, ZrDbObjectId>(
-            adder<ZrDbMLeader, ZrDbObjectId>([](ZrDbMLeader* e, ZrDbObjectId v) { e->setTextStyleId(v); }),
-            standard, notes, none);
     else if (property == QLatin1String("textStyle/dimension")) {
         // A dimension shows the text style of its dimension style.
         const ZrDbObjectId plain = addDimStyle(QStringLiteral("Plain"), standard);
@@ -318,9 +278,7 @@ private Q_SLOTS:
     void updateRulesPerRecord_data()
     {
         QTest::addColumn<QString>("property");
-        for (const char* property : {"color", "lineWeight", "lineType", "layer", "material", "plotStyle", "dimStyle",
-                                     "tableStyle", "mleaderStyle", "textStyle/text", "textStyle/mtext",
-                                     "textStyle/dimension", "textStyle/mleader"})
+        for (const char* property : {"color", "layer", "dimStyle", "textStyle/text", "textStyle/dimension"})
             QTest::newRow(property) << QString::fromLatin1(property);
     }
 
@@ -375,79 +333,6 @@ private Q_SLOTS:
             record.update(a1.object(), line.object());
             QCOMPARE(record.status, SPickFirstInfo::kVaries);
         }
-    }
-
-    // Part of a selection that lacks a typed property makes only that record vary.
-    void lineBesideADimension()
-    {
-        const ZrDbObjectId line = addLine();
-        const ZrDbObjectId dimension = addDimension(db()->dimstyle());
-        select({line, dimension});
-        SDimStyleInfo dimStyle;
-        SLayerInfo layer;
-        walk({&dimStyle, &layer});
-        QCOMPARE(dimStyle.status, SPickFirstInfo::kVaries);
-        QCOMPARE(layer.status, SPickFirstInfo::kUniform);
-        QCOMPARE(layer.value, db()->clayer());
-    }
-
-    void namesCompareByCase()
-    {
-        const std::vector<ZrDbObjectId> ids = lines(2);
-        change<ZrDbEntity>(ids[0], [](ZrDbEntity* e) { e->setPlotStyleName(ZrString(L"Style1")); });
-        change<ZrDbEntity>(ids[1], [](ZrDbEntity* e) { e->setPlotStyleName(ZrString(L"STYLE1")); });
-        select(ids);
-        SPlotStyleInfo plotStyle;
-        walk({&plotStyle});
-        QCOMPARE(plotStyle.status, SPickFirstInfo::kVaries);
-    }
-
-    void oneShotFormsAnswerLikeTheWalk()
-    {
-        const ZrDbObjectId wall = addLayer(QStringLiteral("Wall"));
-        ZrDbObjectId layer;
-        QCOMPARE(zrqthelper::getPickFirstEntitiesLayer(layer), 1);
-        select({addLine(wall), addLine(wall)});
-        QCOMPARE(zrqthelper::getPickFirstEntitiesLayer(layer), 2);
-        QCOMPARE(layer, wall);
-        select({addLine(wall), addLine()});
-        layer = ZrDbObjectId();
-        QCOMPARE(zrqthelper::getPickFirstEntitiesLayer(layer), 3);
-        QVERIFY(layer.isNull());
-    }
-
-    void mixInCountsAndBlocksAsTold()
-    {
-        CZrQtControlHelp help;
-        QVERIFY(!help.getModifySysVar());
-        help.setUpdated(false);
-        QVERIFY(!help.updating());
-        help.setUpdated(true);
-        help.setUpdated(true);
-        help.setUpdated(true);
-        QVERIFY(help.updating());
-        help.clearUpdated();
-        QVERIFY(!help.updating());
-        bool enabled = false;
-        QVERIFY(help.isEnable(enabled));
-        QVERIFY(enabled);
-
-        QObject object;
-        {
-            ZrQtBlockSignalUtil outer(&object);
-            {
-                ZrQtBlockSignalUtil inner(&object);
-                QVERIFY(object.signalsBlocked());
-            }
-            // The inner one ends the blocking although the outer one lives on.
-            QVERIFY(!object.signalsBlocked());
-        }
-        object.blockSignals(true);
-        {
-            ZrQtBlockSignalUtil scoped(&object);
-        }
-        QVERIFY(!object.signalsBlocked());
-        ZrQtBlockSignalUtil none(nullptr);
     }
 
 private:

@@ -24,21 +24,6 @@ ZrCmColor colorOf(ZrDbObjectId id)
     return readEntity<ZrDbEntity>(id, [](const ZrDbEntity* e) { return e->color(); });
 }
 
-ZrDbObjectId addTextStyle(const QString& name)
-{
-    return addRecord(&ZrDbDatabase::getTextStyleTable, new ZrDbTextStyleTableRecord, name);
-}
-
-QString tableStyleVariable()
-{
-    ZrResBuf* value = nullptr;
-    ZrSmartPtr<ZrDbDatabaseService> service = zrqthelper::getDatabaseService();
-    service->getSysVar(db(), L"CTABLESTYLE", value);
-    const QString name = value && value->restype == RTSTR ? QString::fromWCharArray(value->resval.rstring) : QString();
-    zrutRelRb(value);
-    return name;
-}
-
 } // namespace
 
 class TestWritePath : public QObject
@@ -71,27 +56,6 @@ private Q_SLOTS:
         QTRY_COMPARE(db()->cecolor().colorIndex(), uint16_t(1));
         QVERIFY(ZrHostControl::canUndo());
         QVERIFY(ZrHostControl::undo());
-        QVERIFY(db()->cecolor() == before);
-    }
-
-    void orderInsideACommandRunsAtOnce()
-    {
-        context()->setActiveCommandCount(1);
-        QVERIFY(zrqthelper::getCmdActived());
-        zrqthelper::setCeWeight(static_cast<ZrDb::LineWeight>(30));
-        QCOMPARE(int(db()->celweight()), 30);
-        QVERIFY(ZrHostControl::queuedMacros().isEmpty());
-        context()->setActiveCommandCount(0);
-    }
-
-    void oneOrderAtATime()
-    {
-        const ZrCmColor before = db()->cecolor();
-        zrqthelper::setCeColor(aci(3));
-        zrqthelper::setCeWeight(static_cast<ZrDb::LineWeight>(50));
-        QTRY_COMPARE(m_host->commandsRun().size(), 2);
-        // The weight overwrote the colour before either command ran.
-        QCOMPARE(int(db()->celweight()), 50);
         QVERIFY(db()->cecolor() == before);
     }
 
@@ -189,63 +153,6 @@ private Q_SLOTS:
         QTRY_COMPARE(db()->celtype(), dashed);
         zrqthelper::setCeLType(ZrDbObjectId::kNull, ZrString(L"continuous"));
         QTRY_COMPARE(db()->celtype(), db()->continuousLinetype());
-    }
-
-    void textStyleGoesToTheObjectsThatHaveOne()
-    {
-        const ZrDbObjectId notes = addTextStyle(QStringLiteral("Notes"));
-        auto* text = new ZrDbText;
-        text->setTextStyle(db()->textstyle());
-        const ZrDbObjectId textId = addEntity(text);
-        const ZrDbObjectId line = addLine();
-        select({textId, line});
-        zrqthelper::setCTextStyle(ZrDbObjectId::kNull, ZrString(L"notes"));
-        QTRY_COMPARE(readEntity<ZrDbText>(textId, [](const ZrDbText* t) { return t->textStyle(); }), notes);
-        QVERIFY(db()->textstyle() != notes);
-    }
-
-    void tableStyleIsADrawingVariable()
-    {
-        ZrDbDictionary* styles = nullptr;
-        QCOMPARE(zrdbOpenObject(styles, db()->tableStyleDictionaryId(), ZrDb::kForWrite), int(Zr::eOk));
-        auto* report = new ZrDbTableStyle;
-        report->setName(ZrString(L"Report"));
-        ZrDbObjectId reportId;
-        styles->setAt(ZrString(L"Report"), report, reportId);
-        report->close();
-        styles->close();
-
-        zrqthelper::setCTableStyle(ZrDbObjectId::kNull, ZrString(L"REPORT"));
-        QTRY_COMPARE(tableStyleVariable(), QStringLiteral("Report"));
-    }
-
-    void setPropertyTestsClassAndValue()
-    {
-        const ZrDbObjectId wall = addLayer(QStringLiteral("Wall"));
-        const ZrDbObjectId door = addLayer(QStringLiteral("Door"));
-        const ZrDbObjectId arch = addRecord(&ZrDbDatabase::getDimStyleTable, new ZrDbDimStyleTableRecord,
-                                            QStringLiteral("Arch"));
-        const ZrDbObjectId lineId = addLine(wall);
-        const ZrDbObjectId dimensionId = addDimension(db()->dimstyle());
-        ZrDbObjectPointer<ZrDbEntity> line(lineId, ZrDb::kForWrite);
-        ZrDbObjectPointer<ZrDbEntity> dimension(dimensionId, ZrDb::kForWrite);
-
-        EntityValue value;
-        value.styleId = arch;
-        QVERIFY(!zrqthelper::setProperty(nullptr, zrqthelper::Entity_DimStyle, value));
-        QVERIFY(!zrqthelper::setProperty(line.object(), zrqthelper::Entity_DimStyle, value));
-        QVERIFY(!zrqthelper::setProperty(line.object(), static_cast<zrqthelper::Entity_Property>(10), value));
-        QVERIFY(zrqthelper::setProperty(dimension.object(), zrqthelper::Entity_DimStyle, value));
-        QCOMPARE(ZrDbDimension::cast(dimension.object())->dimensionStyle(), arch);
-        QVERIFY(!zrqthelper::setProperty(dimension.object(), zrqthelper::Entity_DimStyle, value));
-
-        // Layers go by name, ignoring case: the same layer in other letters is no change, although
-        // the host would take the write.
-        value.styleName = ZrString(L"WALL");
-        QVERIFY(!zrqthelper::setProperty(line.object(), zrqthelper::Entity_Layer, value));
-        value.styleName = ZrString(L"door");
-        QVERIFY(zrqthelper::setProperty(line.object(), zrqthelper::Entity_Layer, value));
-        QCOMPARE(line->layerId(), door);
     }
 
 private:

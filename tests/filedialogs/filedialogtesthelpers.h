@@ -124,6 +124,14 @@ private:
     bool m_busy = false;
 };
 
+// Types `text` and Return while a watch answers the boxes with `clicks`; gives the boxes seen.
+inline QList<Box> typeWatched(QWidget* dlg, const QString& text, QStringList clicks = {})
+{
+    BoxWatch watch(std::move(clicks));
+    typeAndReturn(dlg, text);
+    return watch.boxes();
+}
+
 struct Run
 {
     int result = -99;

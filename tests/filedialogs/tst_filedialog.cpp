@@ -60,18 +60,14 @@ class TstFileDialog : public QObject
                          .arg(folder(), kDwg, extra));
     }
 
-    // Saves `typed` answering the boxes with `keys`; the boxes seen go to `seen`. A window still
-    // open afterwards is cancelled.
+    // Saves `typed` answering the boxes with `clicks`; a window still open afterwards is cancelled.
     Run save(const ZrJsonPtr& param, const QString& typed, QStringList clicks, QList<Box>* seen,
              std::function<void(ZrQtFileDialogImpl*)> after = nullptr)
     {
         return run(param, [&](ZrQtFileDialogImpl* dlg) {
-            {
-                BoxWatch watch(clicks);
-                typeAndReturn(dlg, typed);
-                if (seen)
-                    *seen = watch.boxes();
-            }
+            const QList<Box> boxes = typeWatched(dlg, typed, clicks);
+            if (seen)
+                *seen = boxes;
             if (after && dlg->isVisible())
                 after(dlg);
             escape(dlg);
@@ -94,7 +90,7 @@ private Q_SLOTS:
         m_dir.reset();
     }
 
-    // Part 3.1: entry and results
+    // Entry and results
 
     void bothNamesBuildTheFileDialog()
     {
@@ -164,33 +160,11 @@ private Q_SLOTS:
         QCOMPARE(out.answer->size(), 1);
     }
 
-    void allFilesFilterComesBackAsTheDefault()
-    {
-        const QString filters = QStringLiteral("所有文件 (*.*);;") + kDwg;
-        const auto saveWith = [&](const QString& def) {
-            return param(QStringLiteral(R"({"Open":false,"dir":"%1","filter":"%2","useFilterIdx":0%3})")
-                             .arg(folder(), filters, def));
-        };
-        Run out = save(saveWith(QStringLiteral(R"(,"defFilter":"%1")").arg(kDwg)), QStringLiteral("a"), {}, nullptr);
-        QCOMPARE(out.result, 1);
-        QCOMPARE(out.answer->GetVarSW("useFilter").toQString(), kDwg);
-        QCOMPARE(out.answer->GetVarI("useFilterIdx", -5), 1);
-        QCOMPARE(out.answer->GetVarSW("fileName").toQString(), QStringLiteral("a.dwg"));
-
-        out = save(saveWith(QString()), QStringLiteral("a"), {}, nullptr);
-        QCOMPARE(out.result, 1);
-        QCOMPARE(out.answer->GetVarSW("useFilter").toQString(), QStringLiteral("所有文件 (*.*)"));
-        QCOMPARE(out.answer->GetVarI("useFilterIdx", -5), 0);
-        QCOMPARE(out.answer->GetVarSW("fileName").toQString(), QStringLiteral("a"));
-    }
-
     void lastFolderRememberedBeforeTheExistenceTest()
     {
         QList<Box> seen;
         Run out = run(openParam(QStringLiteral(R"(,"helpDoc":"openDocument")")), [&](ZrQtFileDialogImpl* dlg) {
-            BoxWatch watch;
-            typeAndReturn(dlg, QStringLiteral("sub/missing.dwg"));
-            seen = watch.boxes();
+            seen = typeWatched(dlg, QStringLiteral("sub/missing.dwg"));
             escape(dlg);
         });
         QCOMPARE(out.result, 2);
@@ -211,64 +185,7 @@ private Q_SLOTS:
                  file(QStringLiteral("old.dwg")));
     }
 
-    void otherPurposesStoreNothingButStillSave()
-    {
-        QFile::remove(ZrHostControl::userConfigFile());
-        const Run out = run(openParam(QStringLiteral(R"(,"helpDoc":"insertBlock")")),
-                            [](ZrQtFileDialogImpl* dlg) { typeAndReturn(dlg, QStringLiteral("old.dwg")); });
-        QCOMPARE(out.result, 1);
-        QCOMPARE(zr_user_config("CmdOpenFile/CmdOpen-openLastPath")->safeStrValue().toQString(), QString());
-        QCOMPARE(zr_user_config("CmdOpenFile/CmdOpen-newLastPath")->safeStrValue().toQString(), QString());
-        QVERIFY(QFile::exists(ZrHostControl::userConfigFile()));
-    }
-
-    // The holder of the window may answer through its properties; a save folder that is no usable
-    // path brings the window up again instead of answering it.
-    void unusableSaveFolderBringsTheWindowBack()
-    {
-        bool shownAgain = false;
-        const Run out = run(saveParam(), [&](ZrQtFileDialogImpl* dlg) {
-            dlg->setAnswersInProperties(true);
-            dlg->setProperty("directory", QStringLiteral("/") + QString(300, QLatin1Char('d')));
-            dlg->setProperty("fileName", QStringLiteral("a.dwg"));
-            ZrTest::whenModalShown([&](QWidget* again) {
-                shownAgain = true;
-                escape(again);
-            });
-            typeAndReturn(dlg, QStringLiteral("a"));
-        });
-        QVERIFY(shownAgain);
-        QCOMPARE(out.result, 2);
-        QCOMPARE(out.answer->size(), 1);
-
-        const Run properties = run(saveParam(), [&](ZrQtFileDialogImpl* dlg) {
-            dlg->setAnswersInProperties(true);
-            dlg->setProperty("directory", folder());
-            dlg->setProperty("fileName", QStringLiteral("given.dwg"));
-            dlg->setProperty("selectedNameFilter", kDwg);
-            dlg->setProperty("curFilterIdx", 3);
-            typeAndReturn(dlg, QStringLiteral("typed"));
-        });
-        QCOMPARE(properties.answer->GetVarSW("filePath").toQString(), file(QStringLiteral("given.dwg")));
-        QCOMPARE(properties.answer->GetVarI("useFilterIdx", -5), 3);
-    }
-
-    void forcedAcceptAnswersOk()
-    {
-        const Run out = run(saveParam(), [](ZrQtFileDialogImpl* dlg) {
-            dlg->setForcedAccept(true, true);
-            escape(dlg);
-        });
-        QCOMPARE(out.result, 1);
-        QVERIFY(!out.answer->hasProperty("filePath"));
-        const Run half = run(saveParam(), [](ZrQtFileDialogImpl* dlg) {
-            dlg->setForcedAccept(true, false);
-            escape(dlg);
-        });
-        QCOMPARE(half.result, 2);
-    }
-
-    // Part 3.3: accepting a save
+    // Accepting a name to save
 
     void invalidNameIsRefusedWithItsTitle_data()
     {
@@ -293,24 +210,6 @@ private Q_SLOTS:
         QVERIFY2(seen[0].says(QStringLiteral("\"%1\"\n文件名无效。").arg(typed)), qPrintable(seen[0].labels.join('|')));
     }
 
-    void typedFolderThatExistsIsEntered()
-    {
-        const Run out = save(saveParam(), QStringLiteral("sub/inner"), {}, nullptr);
-        QCOMPARE(out.result, 1);
-        QCOMPARE(out.answer->GetVarSW("filePath").toQString(), file(QStringLiteral("sub/inner.dwg")));
-    }
-
-    void blanksSayNothing()
-    {
-        QList<Box> seen;
-        bool stayed = false;
-        const Run out = save(saveParam(), QStringLiteral("   "), {}, &seen,
-                             [&](ZrQtFileDialogImpl* dlg) { stayed = dlg->isVisible(); });
-        QVERIFY(stayed);
-        QCOMPARE(out.result, 2);
-        QVERIFY(seen.isEmpty());
-    }
-
     void titleLengthIsMeasuredOnTheTitle()
     {
         QList<Box> seen;
@@ -326,13 +225,6 @@ private Q_SLOTS:
                    QStringLiteral("a"), {}, &seen);
         QCOMPARE(out.result, 1);
         QVERIFY(seen.isEmpty());
-    }
-
-    // Trimmed first, then given its extension (the extension cases are the rules suite's).
-    void typedNameIsTrimmed()
-    {
-        const Run out = save(saveParam(), QStringLiteral("  plan  "), {}, nullptr);
-        QCOMPARE(out.answer->GetVarSW("fileName").toQString(), QStringLiteral("plan.dwg"));
     }
 
     void overwriteAsksFirst()
@@ -387,7 +279,7 @@ private Q_SLOTS:
                                                                         | QFileDevice::ExeOwner);
     }
 
-    // Part 3.3: accepting an open
+    // Accepting files to open
 
     void notFoundHasOneCloseButton()
     {
@@ -396,9 +288,7 @@ private Q_SLOTS:
         for (const QString& name : {QStringLiteral("nothere.dwg"), exactly100, longer}) {
             QList<Box> seen;
             const Run out = run(openParam(), [&](ZrQtFileDialogImpl* dlg) {
-                BoxWatch watch({QStringLiteral("关闭(&C)")});
-                typeAndReturn(dlg, name);
-                seen = watch.boxes();
+                seen = typeWatched(dlg, name, {QStringLiteral("关闭(&C)")});
                 escape(dlg);
             });
             QCOMPARE(out.result, 2);
@@ -410,61 +300,6 @@ private Q_SLOTS:
         }
     }
 
-    void nameWithoutExtensionIsCompleted()
-    {
-        QString shown;
-        const Run out = run(openParam(), [&](ZrQtFileDialogImpl* dlg) {
-            typeAndReturn(dlg, QStringLiteral("old"));
-            shown = nameEdit(dlg)->text();
-            escape(dlg);
-        });
-        QCOMPARE(out.result, 1);
-        QCOMPARE(shown, QStringLiteral("old.dwg"));
-        QCOMPARE(out.answer->GetVarJsonPtr("filePaths")->at(0)->GetVarSW("path").toQString(),
-                 file(QStringLiteral("old.dwg")));
-    }
-
-    void fileWithoutAnyDotStaysSilent()
-    {
-        if (folder().contains(QLatin1Char('.')))
-            QSKIP("the temporary folder has a dot in its path");
-        QVERIFY(touch(file(QStringLiteral("readme"))));
-        QList<Box> seen;
-        bool stayed = false;
-        Run out = run(openParam(), [&](ZrQtFileDialogImpl* dlg) {
-            BoxWatch watch;
-            typeAndReturn(dlg, QStringLiteral("readme"));
-            seen = watch.boxes();
-            stayed = dlg->isVisible();
-            escape(dlg);
-        });
-        QVERIFY(stayed);
-        QVERIFY(seen.isEmpty());
-        QCOMPARE(out.result, 2);
-
-        // A dot anywhere in the path and the same kind of file opens.
-        QVERIFY(QDir(folder()).mkdir(QStringLiteral("v1.0")));
-        QVERIFY(touch(file(QStringLiteral("v1.0/readme"))));
-        out = run(param(QStringLiteral(R"({"Open":true,"dir":"%1","filter":"%2"})").arg(file(QStringLiteral("v1.0")), kDwg)),
-                  [](ZrQtFileDialogImpl* dlg) { typeAndReturn(dlg, QStringLiteral("readme")); });
-        QCOMPARE(out.result, 1);
-        QCOMPARE(out.answer->GetVarJsonPtr("filePaths")->at(0)->GetVarSW("name").toQString(), QStringLiteral("readme"));
-    }
-
-    void typedFolderIsEntered()
-    {
-        QString entered;
-        QString shown;
-        const Run out = run(openParam(), [&](ZrQtFileDialogImpl* dlg) {
-            QObject::connect(dlg, &QFileDialog::directoryEntered, [&](const QString& dir) { entered = dir; });
-            typeAndReturn(dlg, QStringLiteral("sub"));
-            shown = dlg->directory().absolutePath();
-            escape(dlg);
-        });
-        QCOMPARE(out.result, 2);
-        QCOMPARE(entered, file(QStringLiteral("sub")));
-        QCOMPARE(shown, file(QStringLiteral("sub")));
-    }
 };
 
 ZR_TEST_SUITE(TstFileDialog)

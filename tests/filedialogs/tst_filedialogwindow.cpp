@@ -1,5 +1,4 @@
-// The file dialog's window: the side bar from the machine's mount points, the right panel in each
-// combination of keys, the extra buttons, and what the file type list does to a typed name.
+// The file dialog's window: the side bar from the mount points, the right panel by keys, the buttons.
 
 #include "filedialogtesthelpers.h"
 #include "zrtestinput.h"
@@ -9,14 +8,10 @@
 #include "zrimagepreviewlabel.h"
 
 #include "zrconfig.h"
-#include "zrsecurity.h"
-#include "zrsystem.h"
 
-#include <QGroupBox>
+
 #include <QListWidget>
-#include <QSplitter>
 #include <QTemporaryDir>
-#include <QTreeView>
 #include <memory>
 
 using namespace FileDialogTest;
@@ -47,13 +42,6 @@ public:
 private:
     QTemporaryDir m_dir;
     QByteArray m_oldPath;
-};
-
-class FakeSecurity : public CXuSecurity
-{
-public:
-    void show(int from) override { shown << from; }
-    QList<int> shown;
 };
 
 QStringList texts(const QListWidget* list)
@@ -162,60 +150,6 @@ private Q_SLOTS:
             QVERIFY2(QDir(path).exists(), qPrintable(path));
     }
 
-    void failingLsblkLeavesTheMountPointsOut()
-    {
-        FakeLsblk lsblk(QStringLiteral("MOUNTPOINT\\n/data\\n"), 32);
-        QStringList shown;
-        run(withKeys(QString()), [&](ZrQtFileDialogImpl* dlg) {
-            shown = texts(dlg->findChild<QListWidget*>(QStringLiteral("sideBarList")));
-            escape(dlg);
-        });
-        // What it printed before failing is not trusted.
-        QCOMPARE(shown.value(0), QStringLiteral("我的电脑"));
-        QVERIFY(!shown.contains(QStringLiteral("数据盘")));
-    }
-
-    void sideBarClicksKeepTheTypedName()
-    {
-        QVERIFY(QDir(folder()).mkdir(QStringLiteral("mounted")));
-        const QString mounted = m_dir->filePath(QStringLiteral("mounted"));
-        FakeLsblk lsblk(QStringLiteral("MOUNTPOINT\\n/data\\n%1\\n").arg(mounted));
-        QStringList visited;
-        QStringList typed;
-        run(withKeys(QStringLiteral(R"(,"Open":false)")), [&](ZrQtFileDialogImpl* dlg) {
-            auto* list = dlg->findChild<QListWidget*>(QStringLiteral("sideBarList"));
-            QTest::keyClicks(nameEdit(dlg), QStringLiteral("plan"));
-            ZrTest::clickListItem(list, QStringLiteral("我的电脑"));
-            visited << dlg->directory().absolutePath();
-            typed << nameEdit(dlg)->text();
-            dlg->setDirectory(folder());
-            // The current item is pressed again: no change of item, the press alone navigates.
-            ZrTest::clickListItem(list, QStringLiteral("我的电脑"));
-            visited << dlg->directory().absolutePath();
-            ZrTest::clickListItem(list, mounted);
-            visited << dlg->directory().absolutePath();
-            // Where there is no "/data" Qt stays where it was; the name stays all the same.
-            ZrTest::clickListItem(list, QStringLiteral("数据盘"));
-            typed << nameEdit(dlg)->text();
-            escape(dlg);
-        });
-        QCOMPARE(visited, QStringList({QStringLiteral("/"), QStringLiteral("/"), mounted}));
-        QCOMPARE(typed, QStringList({QStringLiteral("plan"), QStringLiteral("plan")}));
-    }
-
-    void folderModeClearsTheName()
-    {
-        FakeLsblk lsblk(QStringLiteral("MOUNTPOINT\\n"));
-        QString typed = QStringLiteral("unset");
-        run(withKeys(QStringLiteral(R"(,"bSelectDir":true)")), [&](ZrQtFileDialogImpl* dlg) {
-            QTest::keyClicks(nameEdit(dlg), QStringLiteral("plan"));
-            ZrTest::clickListItem(dlg->findChild<QListWidget*>(QStringLiteral("sideBarList")), QStringLiteral("我的电脑"));
-            typed = nameEdit(dlg)->text();
-            escape(dlg);
-        });
-        QCOMPARE(typed, QString());
-    }
-
     void panelsByKeys()
     {
         // Folder mode: a side bar of free width and nothing on the right, whatever the keys say.
@@ -249,50 +183,6 @@ private Q_SLOTS:
         QVERIFY(!seen.firstButtonVisible);
     }
 
-    void chosenFilterChangesTheExtension()
-    {
-        const QString filters = QStringLiteral("图纸 (*.dwg);;DXF (*.dxf);;其他;;样板 (*.dwt)");
-        QStringList names;
-        run(param(QStringLiteral(R"({"Open":false,"dir":"%1","filter":"%2"})").arg(folder(), filters)),
-            [&](ZrQtFileDialogImpl* dlg) {
-                QComboBox* combo = typeCombo(dlg);
-                QTest::keyClicks(nameEdit(dlg), QStringLiteral("plan.dwg"));
-                combo->setFocus();
-                QTest::keyClick(combo, Qt::Key_Down);
-                names << nameEdit(dlg)->text();
-                nameEdit(dlg)->setText(QStringLiteral("plan"));
-                QTest::keyClick(combo, Qt::Key_Down);
-                names << nameEdit(dlg)->text();
-                escape(dlg);
-            });
-        // The row without a dot lends the extension of the next row.
-        QCOMPARE(names, QStringList({QStringLiteral("plan.dxf"), QStringLiteral("plan.dwt")}));
-    }
-
-    void templateFilterGoesToTheTemplateFolder()
-    {
-        const QString templates = zr_runtime_config("paths/templatePaths")->safeStrValue().toQString();
-        QString shownBefore;
-        QString shownAfter;
-        const auto chooseTemplate = [&] {
-            run(param(QStringLiteral(R"x({"Open":true,"dir":"%1","filter":"图纸 (*.dwg);;样板 (*.dwt)"})x").arg(folder())),
-                [&](ZrQtFileDialogImpl* dlg) {
-                    shownBefore = dlg->directory().absolutePath();
-                    typeCombo(dlg)->setFocus();
-                    QTest::keyClick(typeCombo(dlg), Qt::Key_Down);
-                    shownAfter = dlg->directory().absolutePath();
-                    escape(dlg);
-                });
-        };
-        QDir(templates).removeRecursively();
-        chooseTemplate();
-        QCOMPARE(shownAfter, shownBefore);
-        QVERIFY(QDir().mkpath(templates));
-        chooseTemplate();
-        QCOMPARE(shownBefore, folder());
-        QCOMPARE(shownAfter, QDir(templates).absolutePath());
-    }
-
     void locateListsTheSupportFolders()
     {
         QTemporaryDir support;
@@ -315,68 +205,6 @@ private Q_SLOTS:
         QCOMPARE(seen[1].title, QString());
     }
 
-    void findFileWithoutItsDialogChangesNothing()
-    {
-        QList<Box> seen;
-        bool stayed = false;
-        QString shown;
-        run(withKeys(QStringLiteral(R"(,"Open":true)")), [&](ZrQtFileDialogImpl* dlg) {
-            BoxWatch watch;
-            QTest::mouseClick(dlg->findChild<QPushButton*>(QStringLiteral("btnFindFile")), Qt::LeftButton);
-            seen = watch.boxes();
-            stayed = dlg->isVisible();
-            shown = dlg->directory().absolutePath();
-            escape(dlg);
-        });
-        QVERIFY(stayed);
-        QVERIFY(seen.isEmpty());
-        QCOMPARE(shown, folder());
-    }
-
-    void securityOptionsInSaveMode()
-    {
-        ZrSmartPtr<FakeSecurity> security(new ZrRxObjectImpl<FakeSecurity>(), kZrAttach);
-        CXuSystem::instance()->serviceManager()->registerService(ZrString(L"CXuSecurity"),
-                                                                 ZrRxObjectPtr(security.get()));
-        run(withKeys(QStringLiteral(R"(,"Open":false)")), [&](ZrQtFileDialogImpl* dlg) {
-            auto* second = dlg->findChild<QPushButton*>(QStringLiteral("btnFindFile"));
-            if (second && second->text() == QStringLiteral("安全选项(&E)..."))
-                QTest::mouseClick(second, Qt::LeftButton);
-            escape(dlg);
-        });
-        CXuSystem::instance()->serviceManager()->removeService(ZrString(L"CXuSecurity"));
-        QCOMPARE(security->shown, QList<int>{1});
-    }
-
-    void clickOnEmptySpaceClearsTheSelectionWhenSaving_data()
-    {
-        QTest::addColumn<bool>("open");
-        QTest::newRow("save") << false;
-        QTest::newRow("open") << true;
-    }
-    void clickOnEmptySpaceClearsTheSelectionWhenSaving()
-    {
-        QFETCH(bool, open);
-        QVERIFY(touch(m_dir->filePath(QStringLiteral("a.dwg"))));
-        bool selectedBefore = false;
-        bool selectedAfter = false;
-        run(withKeys(open ? QStringLiteral(R"(,"Open":true)") : QStringLiteral(R"(,"Open":false)")),
-            [&](ZrQtFileDialogImpl* dlg) {
-                auto* view = dlg->findChild<QTreeView*>();
-                if (!QTest::qWaitFor([&] { return view->model()->rowCount(view->rootIndex()) == 1; }, 5000)) {
-                    escape(dlg);
-                    return;
-                }
-                const QModelIndex first = view->model()->index(0, 0, view->rootIndex());
-                QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(first).center());
-                selectedBefore = view->selectionModel()->hasSelection();
-                QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, QPoint(20, view->viewport()->height() - 5));
-                selectedAfter = view->selectionModel()->hasSelection();
-                escape(dlg);
-            });
-        QVERIFY(selectedBefore);
-        QCOMPARE(selectedAfter, open);
-    }
 };
 
 ZR_TEST_SUITE(TstFileDialogWindow)

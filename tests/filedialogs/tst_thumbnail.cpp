@@ -13,8 +13,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-using ZrTest::PreviewPart;
-
 namespace {
 
 int readPreview(QByteArray bytes, ZrThumbnailImage& thumbnail)
@@ -54,29 +52,11 @@ private Q_SLOTS:
         QCOMPARE(partBytes(thumbnail.png), png);
     }
 
-    void onePartOrNone()
-    {
-        const QByteArray png = ZrTest::pngOf(ZrTest::filledImage(30, 10, Qt::blue));
-        ZrThumbnailImage thumbnail;
-        QCOMPARE(readPreview(ZrTest::dwgWithPreview({{ZrTest::kPreviewPng, png}}), thumbnail), int(ZrPreview::kOk));
-        QVERIFY(thumbnail.hasPng());
-        QVERIFY(!thumbnail.hasBmp());
-
-        QCOMPARE(readPreview(ZrTest::dwgWithPreview({{ZrTest::kPreviewHeader, headerPart()},
-                                                     {ZrTest::kPreviewWmf, QByteArray(64, 'w')}}),
-                             thumbnail),
-                 int(ZrPreview::kOk));
-        QVERIFY(thumbnail.isEmpty());
-        QCOMPARE(readPreview(ZrTest::dwgWithPreview({}), thumbnail), int(ZrPreview::kOk));
-        QVERIFY(thumbnail.isEmpty());
-    }
-
     void refusesWhatIsNoDrawing_data()
     {
         QTest::addColumn<QByteArray>("file");
         QTest::addColumn<int>("status");
         const QByteArray good = ZrTest::dwgWithPreview({{ZrTest::kPreviewPng, ZrTest::pngOf(ZrTest::filledImage(4, 4, Qt::red))}});
-        QTest::newRow("empty") << QByteArray() << int(ZrPreview::kNoFile);
         QTest::newRow("shorter than the pointer") << good.left(ZrTest::kImageAddressAt + 3) << int(ZrPreview::kNoFile);
         QTest::newRow("release 12") << ZrTest::dwgWithPreview({}, "AC1009") << int(ZrPreview::kNotDrawing);
         QTest::newRow("not a drawing") << QByteArray("%PDF-1.7").append(good.mid(8)) << int(ZrPreview::kNotDrawing);
@@ -88,7 +68,6 @@ private Q_SLOTS:
         QTest::newRow("pointer at 4 GiB") << farPastEnd << int(ZrPreview::kNoImageData);
         QByteArray nearEnd = good;
         ZrTest::putLittleEndian32(nearEnd, ZrTest::kImageAddressAt, quint32(good.size() - 10));
-        QTest::newRow("pointer near the end") << nearEnd << int(ZrPreview::kNoImageData);
         QByteArray noSentinel = good;
         noSentinel[ZrTest::kImageDataAt + 15] = 0;
         QTest::newRow("sentinel damaged") << noSentinel << int(ZrPreview::kNoImageData);
@@ -152,8 +131,6 @@ private Q_SLOTS:
         QTest::newRow("100000 x 100000 pixels") << 4 << 100000u << false;
         QTest::newRow("one more row than the part holds") << 8 << 21u << false;
         QTest::newRow("rows from the top") << 8 << quint32(-20) << true;
-        QTest::newRow("no width") << 4 << 0u << false;
-        QTest::newRow("compressed") << 16 << 1u << false;
         QTest::newRow("header larger than the part") << 0 << 100000u << false;
     }
 
@@ -173,34 +150,6 @@ private Q_SLOTS:
         QCOMPARE(thumbnail.hasBmp(), kept);
     }
 
-    // A 1-bit bitmap holds many pixels in few bytes: the limit is on pixels, not on bytes.
-    void bitmapOfMorePixelsThanAPreviewLeftOut_data()
-    {
-        QTest::addColumn<int>("width");
-        QTest::addColumn<bool>("kept");
-        QTest::newRow("4096 x 4096") << 4096 << true;
-        QTest::newRow("4097 x 4096") << 4097 << false;
-    }
-
-    void bitmapOfMorePixelsThanAPreviewLeftOut()
-    {
-        QFETCH(int, width);
-        QFETCH(bool, kept);
-        const int rows = 4096;
-        const int scanLine = (width + 31) / 32 * 4;
-        QByteArray dib(40 + 8 + scanLine * rows, '\0');
-        ZrTest::putLittleEndian32(dib, 0, 40);
-        ZrTest::putLittleEndian32(dib, 4, quint32(width));
-        ZrTest::putLittleEndian32(dib, 8, quint32(rows));
-        dib[12] = 1; // planes
-        dib[14] = 1; // bits
-        if (!kept)
-            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("claims 4097 x 4096 pixels")));
-        ZrThumbnailImage thumbnail;
-        QCOMPARE(readPreview(ZrTest::dwgWithPreview({{ZrTest::kPreviewBmp, dib}}), thumbnail), int(ZrPreview::kOk));
-        QCOMPARE(thumbnail.hasBmp(), kept);
-    }
-
     void pngOfAbsurdSizeLeftOut()
     {
         QByteArray png = ZrTest::pngOf(ZrTest::filledImage(8, 8, Qt::green));
@@ -215,54 +164,6 @@ private Q_SLOTS:
         QVERIFY(thumbnail.isEmpty());
     }
 
-    void memoryStreamStaysInside()
-    {
-        char bytes[8] = {0, 1, 2, 3, 4, 5, 6, 7};
-        const ZrSmartPtr<ZrFlatMemStream> stream = ZrFlatMemStream::createNew(bytes, sizeof bytes, 2);
-        QCOMPARE(stream->tell(), uint64_t(2));
-        char out[16] = {};
-        QCOMPARE(stream->getBytes(out, 16), uint64_t(6));
-        QCOMPARE(out[0], char(2));
-        QVERIFY(stream->isEof());
-        QCOMPARE(stream->seek(-3, ZrDb::kSeekFromEnd), uint64_t(5));
-        QCOMPARE(stream->seek(4, ZrDb::kSeekFromCurrent), uint64_t(5)); // past the end: refused
-        QCOMPARE(stream->seek(-6, ZrDb::kSeekFromCurrent), uint64_t(5)); // before the start: refused
-        QCOMPARE(stream->seek(INT64_MIN, ZrDb::kSeekFromEnd), uint64_t(5));
-        QCOMPARE(stream->seek(8, ZrDb::kSeekFromStart), uint64_t(8));
-        QCOMPARE(stream->putBytes("ab", 2), uint64_t(0));
-        stream->seek(6, ZrDb::kSeekFromStart);
-        QCOMPARE(stream->putBytes("abc", 3), uint64_t(2));
-        QCOMPARE(bytes[7], 'b');
-    }
-
-    void filesOpenForReadingOnly()
-    {
-        QTemporaryDir dir;
-        const QString path = dir.filePath(QStringLiteral("a.dwg"));
-        const QByteArray content = ZrTest::dwgWithPreview({});
-        {
-            QFile file(path);
-            QVERIFY(file.open(QIODevice::WriteOnly));
-            QCOMPARE(file.write(content), qint64(content.size()));
-        }
-        ZrRxSystemServices* services = zrrxSystemServices();
-        QVERIFY(services);
-        const ZrStreamBufPtr stream = services->createFile(ZrString(path), Zr::kFileRead, Zr::kShareDenyNo, Zr::kOpenExisting);
-        QVERIFY(stream);
-        QCOMPARE(stream->length(), uint64_t(content.size()));
-        QCOMPARE(stream->seek(10, ZrDb::kSeekFromEnd), uint64_t(0)); // past the end: refused
-        QCOMPARE(stream->seek(-10, ZrDb::kSeekFromEnd), uint64_t(content.size() - 10));
-        char tail[20];
-        QCOMPARE(stream->getBytes(tail, 20), uint64_t(10));
-        QVERIFY(stream->isEof());
-        ZrThumbnailImage thumbnail;
-        QCOMPARE(zrDbGetPreviewBitmap(stream.get(), &thumbnail), int(ZrPreview::kOk));
-
-        QVERIFY(!services->createFile(ZrString(dir.filePath(QStringLiteral("missing.dwg")))));
-        QVERIFY(!services->createFile(ZrString(dir.path())));
-        QVERIFY(!services->createFile(ZrString(path), Zr::kFileWrite, Zr::kShareDenyNo, Zr::kOpenExisting));
-        QCOMPARE(zrDbGetPreviewBitmap(nullptr, &thumbnail), int(ZrPreview::kNoFile));
-    }
 };
 
 ZR_TEST_SUITE(TestThumbnail)

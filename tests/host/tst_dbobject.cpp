@@ -40,34 +40,6 @@ private Q_SLOTS:
         QCOMPARE(entity->colorIndex(), 1);
     }
 
-    void erasedAndWrongClassOpenNothing()
-    {
-        const ZrDbObjectId id = addLine(curDatabase(), 0, 10);
-        {
-            ZrDbObjectPointer<ZrDbEntity> entity(id, ZrDb::kForWrite);
-            QCOMPARE(entity->erase(), 0);
-        }
-        QVERIFY(id.isErased());
-        ZrDbObject* object = nullptr;
-        QCOMPARE(zrdbOpenObject(object, id, ZrDb::kForRead), int(Zr::eWasErased));
-        QVERIFY(!object);
-        QCOMPARE(zrdbOpenObject(object, id, ZrDb::kForRead, true), 0);
-        object->close();
-        QVERIFY(ZrDbObjectId::kNull.isErased());
-        QCOMPARE(zrdbOpenObject(object, ZrDbObjectId::kNull, ZrDb::kForRead), int(Zr::eNullObjectId));
-
-        // A failed class test closes what it opened: the layer stays free to open for write.
-        ZrDbCircle* circle = nullptr;
-        const ZrDbObjectId layer = curDatabase()->clayer();
-        QCOMPARE(zrdbOpenObject(circle, layer, ZrDb::kForRead), int(Zr::eNotThatKindOfClass));
-        ZrDbObjectPointer<ZrDbLayerTableRecord> record(layer, ZrDb::kForRead);
-        QVERIFY(record);
-        QCOMPARE(record.object()->close(), 0);
-        QCOMPARE(record.object()->isReadEnabled(), false);
-        QCOMPARE(zrdbOpenObject(object, layer, ZrDb::kForRead), 0);
-        object->close();
-    }
-
     void onlyAChangedWriteIsAnnounced()
     {
         ZrDbDatabase* db = curDatabase();

@@ -129,62 +129,6 @@ private Q_SLOTS:
         QCOMPARE(origin.resval.rpoint[1], -2.5);
         QCOMPARE(origin.resval.rpoint[2], 1e15);
     }
-
-    void numbersBeyondDoublesAreRefusedWhereTheyStand()
-    {
-        const QString error = refusal(QByteArray("{\"format\": \"zrdrawing\",\n \"version\": 1e400}"));
-        QVERIFY2(error.contains(QStringLiteral("line 2")) && error.contains(QStringLiteral("out of range")), qPrintable(error));
-    }
-
-    void longValuesAreQuotedInPart()
-    {
-        const QString huge(1 << 20, QLatin1Char('x'));
-        QJsonObject drawing = emptyDrawing();
-        QJsonArray layers = drawing.value(QStringLiteral("layers")).toArray();
-        layers.append(QJsonObject{{QStringLiteral("name"), huge}, {QStringLiteral("color"), huge}});
-        drawing.insert(QStringLiteral("layers"), layers);
-        QString error = refusal(drawing);
-        QVERIFY2(error.contains(QStringLiteral("is not a colour")) && error.contains(QStringLiteral("xxxxxxxxxx…")),
-                 qPrintable(error.left(300)));
-        QVERIFY2(error.size() < 300, qPrintable(error.left(300)));
-
-        drawing = emptyDrawing();
-        setVariable(drawing, "CLAYER", huge);
-        error = refusal(drawing);
-        QVERIFY2(error.contains(QStringLiteral("\"CLAYER\"")) && error.size() < 300, qPrintable(error.left(300)));
-
-        drawing = emptyDrawing();
-        setVariable(drawing, "LTSCALE", 1e300);
-        error = refusal(drawing);
-        QVERIFY2(error.contains(QStringLiteral("1e+300")) && error.contains(QStringLiteral("1e+15")), qPrintable(error));
-    }
-
-    void utf16FilesAreNamedAsSuch_data()
-    {
-        QTest::addColumn<bool>("bigEndian");
-        QTest::addColumn<bool>("withMark");
-        QTest::newRow("little endian, marked") << false << true;
-        QTest::newRow("big endian, marked") << true << true;
-        QTest::newRow("little endian") << false << false;
-        QTest::newRow("big endian") << true << false;
-    }
-    void utf16FilesAreNamedAsSuch()
-    {
-        QFETCH(bool, bigEndian);
-        QFETCH(bool, withMark);
-        const QString text = (withMark ? QStringLiteral("\uFEFF") : QString())
-            + QString::fromUtf8(QJsonDocument(emptyDrawing()).toJson());
-        QByteArray bytes(text.size() * 2, Qt::Uninitialized);
-        for (int i = 0; i < text.size(); ++i) {
-            if (bigEndian)
-                qToBigEndian(text[i].unicode(), bytes.data() + 2 * i);
-            else
-                qToLittleEndian(text[i].unicode(), bytes.data() + 2 * i);
-        }
-        const QString error = refusal(bytes);
-        QVERIFY2(error.contains(QStringLiteral("UTF-16")), qPrintable(error));
-        QVERIFY2(error.contains(QStringLiteral("line 1, column 1")), qPrintable(error));
-    }
 };
 
 ZR_TEST_SUITE(ZrDrawingValuesTest)

@@ -17,38 +17,6 @@ class ZrEntityImageTest : public HostFixture
 
     int m_linetypes = 0;
 
-    // Runs of ink and of background along the middle row, counted from the first ink to the last.
-    static QPair<int, int> runsAlongMiddle(const ZrSmartPtr<ZrGiRasterImage>& image, uint32_t background)
-    {
-        const auto* row = reinterpret_cast<const uint32_t*>(image->scanLine(image->pixelHeight() / 2));
-        int inkRuns = 0, gaps = 0;
-        bool inInk = false, seenInk = false;
-        for (int x = 0; x < image->pixelWidth(); ++x) {
-            const bool ink = row[x] != background;
-            if (ink && !inInk)
-                ++inkRuns;
-            if (!ink && inInk)
-                ++gaps;
-            seenInk = seenInk || ink;
-            inInk = ink;
-        }
-        return {inkRuns, inInk ? gaps : gaps - 1};
-    }
-
-    static ZrSmartPtr<ZrGiRasterImage> imageOfLine(ZrDbObjectId linetype, int width = 240)
-    {
-        ZrDbLine line(ZrGePoint3d(10, 10, 0), ZrGePoint3d(100, 10, 0));
-        line.setLinetype(linetype);
-        ZrArray<ZrDbEntity*> entities;
-        entities.append(&line);
-        ZrJsonPtr options = ElementValue::createObject(kZrJsonObject);
-        options->SetDataI("width", width);
-        options->SetDataI("height", 16);
-        options->SetDataB("bfillbackground", true);
-        options->SetDataL("background", int64_t(0xFFFFFFFF));
-        return zrsiutCreateEntityImage(ZrDbDatabasePtr(curDatabase()), entities, options);
-    }
-
 private Q_SLOTS:
     void initTestCase()
     {
@@ -56,21 +24,6 @@ private Q_SLOTS:
         ZrHostControl::openSampleDrawing();
     }
     void cleanupTestCase() { ZrHostControl::shutdown(); }
-
-    void dashedLineHasGaps()
-    {
-        const ZrSmartPtr<ZrGiRasterImage> dashed = imageOfLine(recordOf(curDatabase()->linetypeTableId(), L"DASHED"));
-        QVERIFY(dashed);
-        QCOMPARE(dashed->pixelWidth(), 240);
-        const QPair<int, int> runs = runsAlongMiddle(dashed, 0xFFFFFFFF);
-        // 90 units of a 19.05 unit pattern: four whole dashes and the start of a fifth.
-        QVERIFY2(runs.first >= 4 && runs.second >= 3, qPrintable(QStringLiteral("%1 %2").arg(runs.first).arg(runs.second)));
-
-        // The same line drawn solid has one run: the gaps above come from the line type.
-        const QPair<int, int> solid = runsAlongMiddle(imageOfLine(curDatabase()->continuousLinetype()), 0xFFFFFFFF);
-        QCOMPARE(solid.first, 1);
-        QCOMPARE(solid.second, 0);
-    }
 
     // The direct road for a lone level line against the painter's road, pixel for pixel: line types of
     // dashes, dots, twelve dashes, at a scale, solid; pictures of odd and even sizes, so that the line
@@ -82,12 +35,9 @@ private Q_SLOTS:
         QTest::addColumn<QSize>("size");
         QTest::addColumn<double>("shift");
         QTest::newRow("dashed preview") << QVector<double>{12.0, -6.0} << 1.0 / 0.5 << QSize(80, 25) << 0.0;
-        QTest::newRow("dots") << QVector<double>{0.0, -2.5} << 1.0 << QSize(80, 25) << 0.3;
-        QTest::newRow("dash dot, even height") << QVector<double>{12.0, -4.0, 0.0, -4.0} << 0.6 << QSize(240, 16) << 0.0;
         QTest::newRow("twelve dashes") << QVector<double>{3, -1, 2, -1, 1, -1, 4, -2, 0.5, -0.5, 2, -3} << 1.3
                                        << QSize(97, 31) << 0.71;
         QTest::newRow("scaled down") << QVector<double>{12.0, -6.0} << 0.05 << QSize(81, 25) << 0.45;
-        QTest::newRow("scaled up") << QVector<double>{1.0, -1.0} << 40.0 << QSize(80, 25) << 0.9;
         QTest::newRow("solid") << QVector<double>{} << 1.0 << QSize(120, 18) << 0.2;
     }
     void levelLineMatchesPainter()
@@ -125,21 +75,6 @@ private Q_SLOTS:
         QCOMPARE(direct, painted);
     }
 
-    // Anything but a level hairline drawn left to right is left to the painter, the picture untouched.
-    void levelLineDeclinesOtherLines()
-    {
-        QImage picture(80, 25, QImage::Format_ARGB32_Premultiplied);
-        picture.fill(Qt::white);
-        const QImage blank = picture;
-        ZrDbLine slanted(ZrGePoint3d(0, 0, 0), ZrGePoint3d(70, 20, 0));
-        QVERIFY(!zrdbPaintLevelLine(picture, &slanted, QTransform(), Qt::black));
-        ZrDbLine backwards(ZrGePoint3d(70, 10, 0), ZrGePoint3d(5, 10, 0));
-        QVERIFY(!zrdbPaintLevelLine(picture, &backwards, QTransform(), Qt::black));
-        ZrDbLine outside(ZrGePoint3d(5, 10, 0), ZrGePoint3d(95, 10, 0));
-        QVERIFY(!zrdbPaintLevelLine(picture, &outside, QTransform(), Qt::black));
-        QCOMPARE(picture, blank);
-    }
-
     // Without a background the picture's pixels are straight, not premultiplied: where the line covers a
     // pixel in part, the colour is the line's and only the alpha is less.
     void translucentEdgesKeepTheLineColour()
@@ -173,11 +108,6 @@ private Q_SLOTS:
             }
         }
         QVERIFY(partial > 0);
-    }
-
-    void noImageWithoutASize()
-    {
-        QVERIFY(!imageOfLine(curDatabase()->continuousLinetype(), 0));
     }
 };
 

@@ -69,41 +69,6 @@ private Q_SLOTS:
         QVERIFY(definitions.empty());
     }
 
-    void theShippedSet()
-    {
-        std::vector<ZrLinetypeDefinition> definitions;
-        QString error;
-        QVERIFY2(zrdbReadLinetypeFile(zrdbShippedLinetypeFile(), definitions, error), qPrintable(error));
-        const QStringList shipped = names(definitions);
-        for (const char* base : {"BORDER", "CENTER", "DASHDOT", "DASHED", "DIVIDE", "DOT", "HIDDEN", "PHANTOM"}) {
-            for (const char* variant : {"", "2", "X2"})
-                QVERIFY2(shipped.contains(QLatin1String(base) + QLatin1String(variant)), base);
-        }
-        // The variants are the same pattern at half and double size.
-        const auto find = [&](const QString& name) {
-            return *std::find_if(definitions.begin(), definitions.end(),
-                                 [&](const ZrLinetypeDefinition& d) { return d.name.toQString() == name; });
-        };
-        const ZrLinetypeDefinition center = find(QStringLiteral("CENTER"));
-        const ZrLinetypeDefinition half = find(QStringLiteral("CENTER2"));
-        const ZrLinetypeDefinition twice = find(QStringLiteral("CENTERX2"));
-        for (size_t i = 0; i < center.dashes.size(); ++i) {
-            QCOMPARE(half.dashes[i] * 2, center.dashes[i]);
-            QCOMPARE(twice.dashes[i], center.dashes[i] * 2);
-        }
-
-        QTemporaryDir dir;
-        const QString missing = dir.filePath(QStringLiteral("none.lin"));
-        QVERIFY(!zrdbReadLinetypeFile(missing, definitions, error));
-        QVERIFY(error.startsWith(missing));
-        QFile big(dir.filePath(QStringLiteral("big.lin")));
-        QVERIFY(big.open(QIODevice::WriteOnly));
-        QVERIFY(big.resize((1 << 20) + 1));
-        big.close();
-        QVERIFY(!zrdbReadLinetypeFile(big.fileName(), definitions, error));
-        QVERIFY(error.contains(QStringLiteral("larger than")));
-    }
-
     void loadingAddsOnce()
     {
         ZrHostControl::openEmptyDrawing();

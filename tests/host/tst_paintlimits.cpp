@@ -45,23 +45,6 @@ class ZrPaintLimitsTest : public HostFixture
         return image;
     }
 
-    static ZrDbObjectId addBlockWithText(ZrDbDatabase* db)
-    {
-        ZrDbObjectPointer<ZrDbBlockTable> table(db->blockTableId(), ZrDb::kForWrite);
-        auto* block = new ZrDbBlockTableRecord;
-        block->setName(ZrString(L"标记"));
-        ZrDbObjectId id;
-        table->add(block, &id);
-        auto* text = new ZrDbText;
-        text->setPosition(ZrGePoint3d(1, 1, 0));
-        text->setTextString(ZrString(L"A1"));
-        ZrDbObjectId textId;
-        block->appendZrDbEntity(textId, text);
-        text->close();
-        block->close();
-        return id;
-    }
-
 private Q_SLOTS:
     void initTestCase() { startHost(); }
     void cleanupTestCase() { ZrHostControl::shutdown(); }
@@ -77,45 +60,6 @@ private Q_SLOTS:
         QCOMPARE(gapsAlongMiddle(paintedLine(-5e7, 5e7)), 0);
         // The same dashes over a line that fits are dashes still.
         QVERIFY(gapsAlongMiddle(paintedLine(1, 19)) > 0);
-    }
-
-    void sizesThatOverflowAreLeftOut()
-    {
-        ZrDbDatabase* db = curDatabase();
-        ZrDbCircle circle;
-        QCOMPARE(circle.setRadius(1e308), 0);
-        ZrDbLine line(ZrGePoint3d(0, 0, 0), ZrGePoint3d(100, 0, 0));
-        double minX, minY, maxX, maxY;
-        QVERIFY(!ZrHostControl::entityExtents(&circle, minX, minY, maxX, maxY));
-
-        // The line of a picture still fills it, the circle left out.
-        ZrArray<ZrDbEntity*> entities;
-        entities.append(&circle);
-        entities.append(&line);
-        ZrJsonPtr options = ElementValue::createObject(kZrJsonObject);
-        options->SetDataI("width", 104);
-        options->SetDataI("height", 20);
-        options->SetDataB("bfillbackground", true);
-        options->SetDataL("background", int64_t(0xFFFFFFFF));
-        const ZrSmartPtr<ZrGiRasterImage> picture = zrsiutCreateEntityImage(ZrDbDatabasePtr(db), entities, options);
-        QVERIFY(picture);
-        const auto* middle = reinterpret_cast<const uint32_t*>(picture->scanLine(10));
-        QVERIFY(middle[3] != 0xFFFFFFFF && middle[100] != 0xFFFFFFFF);
-
-        // Text in a block scaled beyond any size: nothing drawn, and painting returns.
-        ZrDbBlockReference reference(ZrGePoint3d(0, 0, 0), addBlockWithText(db));
-        QCOMPARE(reference.setScaleAndRotation(1e308, 0.0), 0);
-        QImage image(64, 64, QImage::Format_RGB32);
-        image.fill(Qt::white);
-        {
-            QPainter painter(&image);
-            ZrHostControl::paintEntity(painter, &reference, QTransform(2, 0, 0, -2, 32, 32), Qt::black);
-            QCOMPARE(circle.setRadius(1e300), 0);
-            ZrHostControl::paintEntity(painter, &circle, QTransform(1e10, 0, 0, -1e10, 32, 32), Qt::black);
-        }
-        QImage blank(64, 64, QImage::Format_RGB32);
-        blank.fill(Qt::white);
-        QCOMPARE(image, blank);
     }
 
     void picturesOfAbsurdSizesAreNotMade()

@@ -95,21 +95,6 @@ private Q_SLOTS:
         QCOMPARE(names, (QSet<QString>{QStringLiteral("LWUNITS"), QStringLiteral("LTSCALE")}));
         QCOMPARE(log.count(kZrUiEventSysVar), 2);
     }
-
-    void tilemodeBringsTheSpaceAlong()
-    {
-        ZrDbDatabase* db = curDatabase();
-        const ZrDbObjectId model = db->currentLayoutId();
-        QCOMPARE(db->setTilemode(false), 0);
-        QVERIFY(db->currentLayoutId() != model);
-        QVERIFY(db->currentViewportId().isValid());
-        ZrResBuf value;
-        QCOMPARE(zredGetVar(L"CVPORT", &value), RTNORM);
-        QCOMPARE(int(value.resval.rint), 1);
-        QVERIFY(ZrHostControl::undo());
-        QVERIFY(db->tilemode());
-        QCOMPARE(db->currentLayoutId(), model);
-    }
 };
 
 ZR_TEST_SUITE(ZrSysVarTest)

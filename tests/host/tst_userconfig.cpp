@@ -163,61 +163,6 @@ private Q_SLOTS:
         QVERIFY(QFileInfo(file).isDir());
         QCOMPARE(log.warnings().size(), 1);
     }
-
-    void aFileWithoutReadPermissionIsLeftAlone()
-    {
-        if (geteuid() == 0)
-            QSKIP("permissions do not bind the superuser");
-        QTemporaryDir dir;
-        const QString file = dir.filePath(QStringLiteral("user-config.json"));
-        QVERIFY(writeFile(file, "{\"Kept\": 1}"));
-        QVERIFY(::chmod(QFile::encodeName(file).constData(), 0) == 0);
-
-        WarningLog log;
-        startHostIn(dir.path());
-        QVERIFY(!zr_save_user_config(""));
-        ZrHostControl::shutdown();
-        ::chmod(QFile::encodeName(file).constData(), S_IRUSR | S_IWUSR);
-        QCOMPARE(fileBytes(file), QByteArray("{\"Kept\": 1}"));
-        QCOMPARE(log.warnings().size(), 1);
-        QVERIFY2(log.warnings().front().contains(file), qPrintable(log.warnings().front()));
-    }
-
-    void aFolderThatCannotBeMadeIsToldOnce()
-    {
-        // As when ~/.config is a file.
-        QTemporaryDir home;
-        const QString blocker = home.filePath(QStringLiteral(".config"));
-        QVERIFY(writeFile(blocker, "not a folder"));
-        const QString folder = blocker + QStringLiteral("/zrhost");
-
-        WarningLog log;
-        startHostIn(folder);
-        QCOMPARE(log.warnings(), QStringList());
-        zr_user_config("Probe", 2);
-        QVERIFY(!zr_save_user_config(""));
-        ZrHostControl::shutdown();
-        QCOMPARE(log.warnings().size(), 1);
-        QVERIFY2(log.warnings().front().contains(folder), qPrintable(log.warnings().front()));
-        QCOMPARE(fileBytes(blocker), QByteArray("not a folder"));
-    }
-
-    void withoutAHomeTheRunIsOnDefaults()
-    {
-        Environment environment;
-        environment.set("HOME", QByteArray());
-        environment.set("XDG_CONFIG_HOME", QByteArray());
-        WarningLog log;
-        startHostIn(QString());
-        QCOMPARE(log.warnings().size(), 1);
-        QVERIFY2(log.warnings().front().contains(QLatin1String("HOME")), qPrintable(log.warnings().front()));
-        QVERIFY(ZrHostControl::userConfigFile().isEmpty());
-        zr_user_config("Probe", 2)->SetDataI("value", 5);
-        QCOMPARE(zr_user_config("Probe/value", 0)->safeIntValue(), 5);
-        QVERIFY(!zr_save_user_config(""));
-        ZrHostControl::shutdown();
-        QCOMPARE(log.warnings().size(), 1);
-    }
 };
 
 ZR_TEST_SUITE(ZrUserConfigTest)

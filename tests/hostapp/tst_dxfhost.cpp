@@ -57,18 +57,6 @@ CXuPlotSvr* plotService()
     return CXuPlotSvr::cast(CXuSystem::instance()->serviceManager()->getService(ZrString(L"CXuPlotSvr")).get());
 }
 
-// Whether any pixel of `area` of the picture is not white.
-bool inked(const QImage& image, const QRect& area)
-{
-    for (int y = area.top(); y <= area.bottom(); ++y) {
-        for (int x = area.left(); x <= area.right(); ++x) {
-            if (image.pixel(x, y) != qRgb(255, 255, 255))
-                return true;
-        }
-    }
-    return false;
-}
-
 QString lastOpenFolder()
 {
     const ZrJsonPtr section = zr_user_config("CmdOpenFile");
@@ -266,52 +254,6 @@ private Q_SLOTS:
         QCOMPARE(viewer.opened.size(), 1);
     }
 
-    // The page follows the export's range and plot stamp: the window picked fills the page, the stamp
-    // takes the foot.
-    void thePageFollowsThePlotService()
-    {
-        CXuPlotSvr* plot = plotService();
-        QVERIFY(plot);
-        ZrHostControl::openEmptyDrawing();
-        DrawingTest::addEntity(new ZrDbLine(ZrGePoint3d(0, 0, 0), ZrGePoint3d(100, 0, 0)));
-        DrawingTest::addEntity(new ZrDbLine(ZrGePoint3d(1000, 500, 0), ZrGePoint3d(1100, 500, 0)));
-        const QRectF shown(1, 2, 3, 4);
-
-        plot->setPlotRange(1, true);
-        ZrPdfPage page = zrPdfPageOfPlotService(shown, QStringLiteral("plan.dxf"));
-        QVERIFY(page.area.isEmpty());
-        QVERIFY(page.stamp.isEmpty());
-        plot->setPlotRange(0, true);
-        QCOMPARE(zrPdfPageOfPlotService(shown, QStringLiteral("plan.dxf")).area, shown);
-        plot->setPlotWindow(110, 10, -10, -10);
-        plot->setPlotRange(2, true);
-        page = zrPdfPageOfPlotService(shown, QStringLiteral("plan.dxf"));
-        QCOMPARE(page.area, QRectF(-10, -10, 120, 20));
-        plot->setPlotStamp(true);
-        page = zrPdfPageOfPlotService(shown, QStringLiteral("plan.dxf"));
-        QVERIFY2(page.stamp.startsWith(QStringLiteral("plan.dxf, ")), qPrintable(page.stamp));
-        QVERIFY2(page.stamp.contains(QDate::currentDate().toString(Qt::ISODate)), qPrintable(page.stamp));
-
-        // 120 by 20 on 600 by 300: five pixels a unit, the first line from x 50 to 550 across the middle.
-        const auto paint = [](const ZrPdfPage& options) {
-            QImage image(600, 300, QImage::Format_RGB32);
-            image.fill(Qt::white);
-            QPainter painter(&image);
-            zrPaintLayout(painter, QRectF(0, 0, 600, 300), options);
-            return image;
-        };
-        QImage window = paint({QRectF(-10, -10, 120, 20), QString()});
-        QVERIFY(inked(window, QRect(55, 148, 5, 5)));
-        QVERIFY(inked(window, QRect(540, 148, 5, 5)));
-        QVERIFY(!inked(window, QRect(0, 280, 600, 20)));
-        // The extents put the first line near the foot, short.
-        const QImage extents = paint({QRectF(), QString()});
-        QVERIFY(!inked(extents, QRect(540, 148, 5, 5)));
-        QVERIFY(inked(extents, QRect(2, 282, 20, 8)));
-        const QImage stamped = paint({QRectF(-10, -10, 120, 20), QStringLiteral("STAMP")});
-        QVERIFY(inked(stamped, QRect(0, 285, 100, 15)));
-    }
-
     void aPdfThatCannotBeWrittenNamesItsFile()
     {
         QVERIFY(writeFile(m_files.filePath(QStringLiteral("plain")), "x"));
@@ -319,21 +261,6 @@ private Q_SLOTS:
         QString error;
         QVERIFY(!zrWriteLayoutPdf(path, ZrPdfPage(), &error));
         QVERIFY2(error.startsWith(path + QStringLiteral(": ")), qPrintable(error));
-    }
-
-    // A module without the file dialog: the host says so and opens nothing.
-    void withoutTheFileDialogTheHostSaysSo()
-    {
-        ZrHostControl::openSampleDrawing();
-        showWindow();
-        const ZrDbDatabase* before = curDatabase();
-        m_session->unloadModule();
-        ZrHostControl::pushMessageBoxAnswer(1);
-        action("openDrawingAction")->trigger();
-        QCOMPARE(curDatabase(), before);
-        const QVector<ZrHostControl::MessageRecord> messages = ZrHostControl::messageLog();
-        QCOMPARE(messages.size(), 1);
-        QVERIFY2(messages[0].text.contains(QStringLiteral("FileDialogBox")), qPrintable(messages[0].text));
     }
 };
 

@@ -92,20 +92,4 @@ inline void dragMove(QWidget* widget, QPoint pos)
     QApplication::sendEvent(widget, &move);
 }
 
-inline void hoverMove(QWidget* widget, QPoint pos)
-{
-    QMouseEvent move(QEvent::MouseMove, pos, widget->mapToGlobal(pos), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
-    QApplication::sendEvent(widget, &move);
-}
-
-// Press on `from`, drag through the bar in steps to `to`, release there.
-inline void dragTab(ZrTabBar* bar, QPoint from, QPoint to)
-{
-    QTest::mousePress(bar, Qt::LeftButton, Qt::NoModifier, from);
-    const int steps = 6;
-    for (int i = 1; i <= steps; ++i)
-        dragMove(bar, from + (to - from) * i / steps);
-    QTest::mouseRelease(bar, Qt::LeftButton, Qt::NoModifier, to);
-}
-
 } // namespace TabBarTest

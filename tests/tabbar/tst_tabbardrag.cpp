@@ -58,45 +58,6 @@ private Q_SLOTS:
         QCOMPARE(bar.releases, 1);
     }
 
-    void shortOrVerticalMovesDoNotStartADrag()
-    {
-        RecordingBar bar(QStringList{"A", "B", "C", "+"});
-        const QPoint start = bar.centreOf(1);
-        QTest::mousePress(&bar, Qt::LeftButton, Qt::NoModifier, start);
-        dragMove(&bar, start + QPoint(QApplication::startDragDistance(), 8));
-        QVERIFY(!bar.isMovingHorizontally());
-        QVERIFY(!bar.getDragFlag());
-        QTest::mouseRelease(&bar, Qt::LeftButton, Qt::NoModifier, bar.centreOf(0));
-        QCOMPARE(bar.texts(), (QStringList{"A", "B", "C", "+"}));
-        QCOMPARE(bar.currentIndex(), 1);
-    }
-
-    void barsWithTooFewTabsNeverDrag_data()
-    {
-        QTest::addColumn<bool>("startPage");
-        QTest::addColumn<QStringList>("tabs");
-        QTest::newRow("one drawing") << false << QStringList{"A", "+"};
-        QTest::newRow("start page and one drawing") << true << QStringList{"开始", "A", "+"};
-    }
-
-    void barsWithTooFewTabsNeverDrag()
-    {
-        QFETCH(bool, startPage);
-        QFETCH(QStringList, tabs);
-        RecordingBar bar;
-        bar.setHasStartPage(startPage);
-        bar.setTabs(tabs);
-        bar.paintNow();
-        const int drawing = tabs.size() - 2;
-        QTest::mousePress(&bar, Qt::LeftButton, Qt::NoModifier, bar.centreOf(drawing));
-        QCOMPARE(bar.getDragTabIndex(), drawing);
-        dragMove(&bar, bar.centreOf(drawing) + QPoint(25, 0));
-        QVERIFY(!bar.isMovingHorizontally());
-        QVERIFY(!bar.getDragFlag());
-        QTest::mouseRelease(&bar, Qt::LeftButton, Qt::NoModifier, bar.centreOf(drawing) + QPoint(25, 0));
-        QCOMPARE(bar.texts(), tabs);
-    }
-
     void fixedTabsAreNotDragged()
     {
         RecordingBar start;
@@ -166,52 +127,6 @@ private Q_SLOTS:
         QTest::mouseRelease(&bar, Qt::LeftButton, Qt::NoModifier, bar.centreOf(0));
         QCOMPARE(bar.texts(), (QStringList{"A", "B", "C", "+"}));
         QCOMPARE(bar.releases, 1);
-    }
-
-    void aDragDisarmedByTheOwnerDoesNotDrop()
-    {
-        RecordingBar bar(QStringList{"A", "B", "C", "+"});
-        QTest::mousePress(&bar, Qt::LeftButton, Qt::NoModifier, bar.centreOf(2));
-        QVERIFY(bar.getDragOutsideFlag());
-        bar.setDragOutsideFlag(false);
-        dragMove(&bar, bar.centreOf(0));
-        QVERIFY(bar.isMovingHorizontally());
-        QVERIFY(!bar.getDragFlag());
-        QTest::mouseRelease(&bar, Qt::LeftButton, Qt::NoModifier, bar.centreOf(0));
-        QCOMPARE(bar.texts(), (QStringList{"A", "B", "C", "+"}));
-
-        // Without dragging out of the bar, the flag cannot be armed and moves along the bar still drop.
-        bar.setCanDrag(false);
-        bar.setDragOutsideFlag(true);
-        QVERIFY(!bar.getDragOutsideFlag());
-        dragTab(&bar, bar.centreOf(2), bar.centreOf(0));
-        QCOMPARE(bar.texts(), (QStringList{"C", "A", "B", "+"}));
-    }
-
-    void removingTabsDuringADrag()
-    {
-        RecordingBar bar(QStringList{"A", "B", "C", "+"});
-        // The dragged tab goes away: the gesture ends with nothing moved.
-        QTest::mousePress(&bar, Qt::LeftButton, Qt::NoModifier, bar.centreOf(1));
-        dragMove(&bar, bar.centreOf(1) + QPoint(30, 0));
-        QVERIFY(bar.removeTab(1));
-        (void)bar.grab();
-        dragMove(&bar, bar.centreOf(0));
-        QTest::mouseRelease(&bar, Qt::LeftButton, Qt::NoModifier, bar.centreOf(0));
-        QCOMPARE(bar.dataTexts(), (QStringList{"A", "C", "+"}));
-        QCOMPARE(bar.getDragTabIndex(), -1);
-
-        // A tab before it goes away: the dragged tab is still the one that moves.
-        bar.addTab(QStringLiteral("D"));
-        bar.setTabData(2, QStringLiteral("D"));
-        bar.setTabToolTip(2, QStringLiteral("D"));
-        bar.paintNow();
-        QTest::mousePress(&bar, Qt::LeftButton, Qt::NoModifier, bar.centreOf(2));
-        dragMove(&bar, bar.centreOf(2) - QPoint(30, 0));
-        QVERIFY(bar.removeTab(0));
-        bar.paintNow();
-        QTest::mouseRelease(&bar, Qt::LeftButton, Qt::NoModifier, bar.centreOf(0));
-        QCOMPARE(bar.dataTexts(), (QStringList{"D", "C", "+"}));
     }
 
     void windowComingBackDoesNotReorder()

@@ -96,15 +96,6 @@ private Q_SLOTS:
         QCOMPARE(changed.first().first().toInt(), current);
     }
 
-    void removingAnInvalidIndexChangesNothing()
-    {
-        RecordingBar bar;
-        bar.setTabs({"A", "+"});
-        QVERIFY(!bar.removeTab(-1));
-        QVERIFY(!bar.removeTab(2));
-        QCOMPARE(bar.texts(), (QStringList{"A", "+"}));
-    }
-
     void currentIndexSignalsOnlyRealChanges()
     {
         RecordingBar bar;
@@ -121,61 +112,6 @@ private Q_SLOTS:
         QCOMPARE(changed.first().first().toInt(), 0);
     }
 
-    void switchNextCyclesWithoutTheNewTabTab()
-    {
-        RecordingBar bar;
-        bar.setTabs({"A", "B", "C", "+"});
-        bar.setCurrentIndex(2);
-        bar.switchNext(false);
-        QCOMPARE(bar.currentIndex(), 0);
-        bar.switchNext(true);
-        QCOMPARE(bar.currentIndex(), 2);
-        bar.switchNext(true);
-        QCOMPARE(bar.currentIndex(), 1);
-    }
-
-    void propertiesOfInvalidIndexesAreEmpty()
-    {
-        RecordingBar bar;
-        bar.setTabs({"A", "+"});
-        bar.setTabText(5, QStringLiteral("X"));
-        bar.setTabData(-1, 3);
-        bar.setTabToolTip(9, QStringLiteral("tip"));
-        QVERIFY(bar.tabText(5).isNull());
-        QVERIFY(!bar.tabData(-1).isValid());
-        QVERIFY(bar.tabToolTip(9).isNull());
-        QVERIFY(bar.tabIcon(2).isNull());
-        QVERIFY(bar.tabPolygon(2).isEmpty());
-        QCOMPARE(bar.getTabWidth(2), -1);
-        QCOMPARE(bar.getTabWidth(0), -1); // never painted
-        QCOMPARE(bar.tabAt(QPoint(20, 10)), -1);
-    }
-
-    void setTextAndIconRepaintOnlyOnChange()
-    {
-        RecordingBar bar(QStringList{"A", "+"});
-        const int narrow = bar.getTabWidth(0);
-        bar.setTabText(0, QStringLiteral("A much longer name"));
-        bar.paintNow();
-        QVERIFY(bar.getTabWidth(0) > narrow);
-        QPixmap image(8, 8);
-        image.fill(Qt::red);
-        bar.setTabIcon(0, QIcon(image));
-        bar.paintNow();
-        QCOMPARE(bar.tabIcon(0).isNull(), false);
-    }
-
-    void maxTextWidthBelowOneMeansTheDefault()
-    {
-        RecordingBar bar;
-        bar.setMaxTabTextWidth(120);
-        QCOMPARE(bar.getMaxTabTextWidth(), 120);
-        bar.setMaxTabTextWidth(0);
-        QCOMPARE(bar.getMaxTabTextWidth(), 300);
-        bar.setMaxTabTextWidth(-4);
-        QCOMPARE(bar.getMaxTabTextWidth(), 300);
-    }
-
     void startTabNeedsTheStartPageAndItsText()
     {
         RecordingBar bar;
@@ -186,17 +122,6 @@ private Q_SLOTS:
         QVERIFY(!bar.isStartTab(1));
         bar.setTabText(0, QStringLiteral("Start"));
         QVERIFY(!bar.isStartTab(0));
-    }
-
-    void layoutBarIsKnownByItsObjectName()
-    {
-        RecordingBar bar;
-        QCOMPARE(bar.objectName(), QStringLiteral("ZrTabBar"));
-        QVERIFY(!bar.isLayoutTabBar());
-        bar.setObjectName(QStringLiteral("layoutTabBar"));
-        QVERIFY(!bar.isLayoutTabBar());
-        bar.setObjectName(QStringLiteral("LayoutTabBar"));
-        QVERIFY(bar.isLayoutTabBar());
     }
 
     void multiSelectionSkipsTheStartAndNewTabTabs()
@@ -218,20 +143,6 @@ private Q_SLOTS:
         QCOMPARE(bar.getSelectIndexes(), (QVector<int>{1, 3}));
         bar.setSelAll(false);
         QVERIFY(bar.getSelectIndexes().isEmpty());
-    }
-
-    void rightClickMakesTheTabCurrentAndAsksForTheMenu()
-    {
-        RecordingBar bar(QStringList{"A", "B", "+"});
-        QTest::mouseClick(&bar, Qt::RightButton, Qt::NoModifier, bar.centreOf(1));
-        QCOMPARE(bar.currentIndex(), 1);
-        QTest::mouseClick(&bar, Qt::RightButton, Qt::NoModifier, QPoint(790, 12));
-        QCOMPARE(bar.menus, (QList<int>{1, -1}));
-        // Not in the middle of a drag.
-        bar.setDragingFlags(zrtabbar::kDragingWindowBack);
-        QTest::mouseClick(&bar, Qt::RightButton, Qt::NoModifier, bar.centreOf(0));
-        QCOMPARE(bar.menus.size(), 2);
-        QCOMPARE(bar.currentIndex(), 1);
     }
 
     void endIndexByStart_data()
@@ -263,32 +174,6 @@ private Q_SLOTS:
                  end);
     }
 
-    void startIndexByEnd_data()
-    {
-        QTest::addColumn<QVector<int>>("widths");
-        QTest::addColumn<int>("barWidth");
-        QTest::addColumn<bool>("startPage");
-        QTest::addColumn<int>("start");
-
-        const QVector<int> five{100, 100, 100, 100, 45};
-        QTest::newRow("all fit") << five << 500 << false << 0;
-        QTest::newRow("the last two and the plus") << five << 275 << false << 2;
-        QTest::newRow("one pixel more than the last two") << five << 274 << false << 3;
-        QTest::newRow("start page counts 75, never before 1") << five << 1000 << true << 1;
-        QTest::newRow("narrower than the plus") << five << 10 << false << 5;
-        QTest::newRow("only the plus") << QVector<int>{45} << 500 << false << 0;
-        QTest::newRow("start page without drawings") << QVector<int>{60} << 500 << true << 1;
-    }
-
-    void startIndexByEnd()
-    {
-        QFETCH(QVector<int>, widths);
-        QFETCH(int, barWidth);
-        QFETCH(bool, startPage);
-        QFETCH(int, start);
-        QCOMPARE(zrtabbar::startIndexByEnd([&](int i) { return widths[i]; }, widths.size(), barWidth, startPage), start);
-    }
-
     void rangeEndsForAnyWidthAndCount()
     {
         // Widths of 0 and of never-painted tabs must not stall the walks: each step moves one tab.
@@ -302,30 +187,6 @@ private Q_SLOTS:
                 QVERIFY(start >= 0 && start <= count);
             }
         }
-    }
-
-    void slantedTabHitTest_data()
-    {
-        QTest::addColumn<QPoint>("point");
-        QTest::addColumn<bool>("inside");
-        // A tab 60 wide on a bar 24 high, its top left corner at (12, 0): corners (12,0) (72,0) (60,24) (0,24).
-        QTest::newRow("middle") << QPoint(36, 12) << true;
-        QTest::newRow("left of the top corner") << QPoint(10, 1) << false;
-        QTest::newRow("under the top corner, lower down") << QPoint(10, 20) << true;
-        QTest::newRow("right edge near the top") << QPoint(70, 2) << true;
-        QTest::newRow("right edge near the bottom") << QPoint(70, 22) << false;
-        QTest::newRow("above the bar") << QPoint(36, -1) << false;
-        QTest::newRow("below the bar") << QPoint(36, 25) << false;
-    }
-
-    void slantedTabHitTest()
-    {
-        QFETCH(QPoint, point);
-        QFETCH(bool, inside);
-        const QVector<QPoint> tab = zrtabbar::tabPolygon(QPoint(12, 0), 60, 24);
-        QCOMPARE(tab, (QVector<QPoint>{{12, 0}, {72, 0}, {60, 24}, {0, 24}}));
-        QCOMPARE(zrtabbar::polygonContains(tab, point), inside);
-        QVERIFY(!zrtabbar::polygonContains({}, point));
     }
 
 private:

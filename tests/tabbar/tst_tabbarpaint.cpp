@@ -83,16 +83,6 @@ private Q_SLOTS:
         QCOMPARE(cross, QRect(plain.tabPolygon(0)[2].x() - 13, 9, 10, 10));
     }
 
-    void startTabIsItsTextAndTwenty()
-    {
-        RecordingBar bar;
-        bar.setHasStartPage(true);
-        bar.setTabs({"开始", "A", "+"});
-        bar.paintNow();
-        QCOMPARE(bar.getTabWidth(0), 20 + bar.fontMetrics().horizontalAdvance(QStringLiteral("开始")));
-        QCOMPARE(bar.tabPolygon(1).first(), bar.tabPolygon(0)[1]);
-    }
-
     void longTextIsElidedInTheMiddleAndStaysSo()
     {
         RecordingBar bar;
@@ -132,27 +122,6 @@ private Q_SLOTS:
         QCOMPARE(bar.tabAt(cross.bottomRight()), 1);
     }
 
-    void unpaintedWidthsAreEstimatedFromTheText()
-    {
-        RecordingBar bar;
-        bar.resize(1600, 24);
-        QStringList texts;
-        for (int i = 0; i < 200; ++i)
-            texts << QStringLiteral("Drawing%1").arg(i);
-        texts << QStringLiteral("+");
-        bar.setTabs(texts);
-        const QFontMetrics metrics = bar.fontMetrics();
-        // Before any paint the widths come from the texts; the paint then finds the same range.
-        const int estimated = bar.calStartIndexByEndIndex(metrics, bar.count() - 1);
-        QVERIFY(estimated > 150);
-        QCOMPARE(bar.getTabWidth(estimated), -1);
-        bar.setCurrentIndex(bar.count() - 2);
-        bar.paintNow();
-        QCOMPARE(bar.getTabWidth(estimated), 50 + metrics.horizontalAdvance(texts[estimated]));
-        QCOMPARE(bar.getTabWidth(estimated - 1), -1);
-        QCOMPARE(bar.calStartIndexByEndIndex(metrics, bar.count() - 1), estimated);
-    }
-
     void manyTabsShowTheEndAndTheCurrentTab()
     {
         RecordingBar bar;
@@ -182,27 +151,6 @@ private Q_SLOTS:
         QCOMPARE(bar.tabAt(bar.centreOf(1998)), 1998);
     }
 
-    void fillsFollowCurrentHoverAndEnabled()
-    {
-        RecordingBar bar;
-        setBackground(bar);
-        bar.setTabs({"Drawing", "Plan", "Section", "+"});
-        bar.setCurrentIndex(1);
-        bar.paintNow();
-        QImage image = bar.grab().toImage();
-        const QColor window = paletteColor(QPalette::Window);
-        QCOMPARE(image.pixelColor(fillPoint(bar, 1)), window);
-        QCOMPARE(image.pixelColor(fillPoint(bar, 0)), kBackground);
-
-        hoverMove(&bar, bar.centreOf(2));
-        image = bar.grab().toImage();
-        QCOMPARE(image.pixelColor(fillPoint(bar, 2)), paletteColor(QPalette::Highlight));
-
-        bar.setEnabled(false);
-        image = bar.grab().toImage();
-        QCOMPARE(image.pixelColor(fillPoint(bar, 1)).rgb(), window.darker(120).rgb());
-    }
-
     void floatingTabStopsAtTheStartTab()
     {
         RecordingBar bar;
@@ -221,47 +169,6 @@ private Q_SLOTS:
         const int startRight = bar.tabPolygon(0)[1].x();
         QCOMPARE(image.pixelColor(QPoint(startRight + 4, 5)), paletteColor(QPalette::Window));
         QTest::mouseRelease(&bar, Qt::LeftButton, Qt::NoModifier, QPoint(2, 12));
-    }
-
-    void scaleTwoPaintsTheSameGeometry()
-    {
-        RecordingBar bar;
-        setBackground(bar);
-        bar.setTabs({"Drawing", "Plan", "+"});
-        bar.setCurrentIndex(1);
-        bar.paintNow();
-        const QVector<QPoint> atOne = bar.tabPolygon(1);
-        QImage image(bar.width() * 2, bar.height() * 2, QImage::Format_ARGB32_Premultiplied);
-        image.setDevicePixelRatio(2);
-        image.fill(Qt::transparent);
-        bar.render(&image);
-        QCOMPARE(bar.tabPolygon(1), atOne);
-        const QPoint fill = fillPoint(bar, 1);
-        QCOMPARE(image.pixelColor(fill * 2), paletteColor(QPalette::Window));
-        // Beyond the plus, still the background at twice the position.
-        QCOMPARE(image.pixelColor(QPoint((bar.tabPolygon(2)[1].x() + 8) * 2, 10)), kBackground);
-        QCOMPARE(image.pixelColor(QPoint((bar.tabPolygon(2)[1].x() - 30) * 2, 10)), kBackground);
-    }
-
-    void badSizesPaintWhatFits()
-    {
-        RecordingBar empty;
-        empty.paintNow();
-        QCOMPARE(empty.tabAt(QPoint(10, 10)), -1);
-
-        RecordingBar onlyPlus(QStringList{"+"});
-        QCOMPARE(onlyPlus.tabAt(onlyPlus.centreOf(0)), 0);
-        QTest::mouseClick(&onlyPlus, Qt::LeftButton, Qt::NoModifier, onlyPlus.centreOf(0));
-        QCOMPARE(onlyPlus.newClicks, 1);
-
-        RecordingBar narrow;
-        narrow.setTabs({"", "Drawing", "+"});
-        narrow.resize(10, 24);
-        narrow.paintNow();
-        QCOMPARE(narrow.texts(), (QStringList{"", "Drawing", "+"}));
-        narrow.resize(0, 24);
-        narrow.paintNow();
-        (void)narrow.tabAt(QPoint(5, 12)); // and hit-tests at no width without a fault
     }
 
 private:

@@ -5,7 +5,6 @@
 #include "zrhostcontrol.h"
 #include "zrtestmain.h"
 
-#include <QColor>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -42,16 +41,6 @@ struct ZruiRun
         return lines.size() == 1 ? QJsonDocument::fromJson(lines.first()).object() : QJsonObject();
     }
 };
-
-double meanLightness(const QImage& image)
-{
-    double sum = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            sum += QColor(image.pixel(x, y)).lightnessF();
-    }
-    return sum / (image.width() * image.height());
-}
 
 } // namespace
 
@@ -140,10 +129,8 @@ private Q_SLOTS:
             QStringLiteral(R"({"title":"T","msg":"M","flag":2,"contentFlag":1,"dlgtype":48})");
         QTest::newRow("mnemonic No") << box + QStringList{"--do", "key:Alt+N"} << 1 << 7;
         QTest::newRow("Esc") << box + QStringList{"--do", "key:Esc"} << 2 << 2;
-        QTest::newRow("close button") << box + QStringList{"--do", "close"} << 2 << 2;
         QTest::newRow("click Abort by its text") << QStringList{"--param", abortRetryIgnore, "--do", "click:终止(&T)"}
                                                  << 1 << 4;
-        QTest::newRow("steps after a wait") << box + QStringList{"--do", "wait:50; key:Alt+N;"} << 1 << 7;
         QTest::newRow("param file") << QStringList{"--param-file", m_paramFile, "--do", "key:Alt+N"} << 1 << 7;
         QTest::newRow("drawing opened first") << box + QStringList{"--drawing", m_goodDrawing, "--do", "key:Alt+N"}
                                               << 1 << 7;
@@ -167,31 +154,6 @@ private Q_SLOTS:
         QCOMPARE(line.value("answer").toObject().value("result").toInt(-99), result);
     }
 
-    // A check box answers where the style puts its indicator and label, not in the middle of its row.
-    void clickTogglesCheckBoxes_data()
-    {
-        QTest::addColumn<QString>("steps");
-        QTest::addColumn<int>("selectedCheck");
-
-        QTest::newRow("the second") << "click:b;click:确定(&O)" << 2;
-        QTest::newRow("both") << "click:a;click:b;click:确定(&O)" << 3;
-        QTest::newRow("one clicked twice") << "click:b;click:a;click:b;click:确定(&O)" << 1;
-    }
-
-    void clickTogglesCheckBoxes()
-    {
-        QFETCH(QString, steps);
-        QFETCH(int, selectedCheck);
-
-        const ZruiRun r = run({"dialog", "MessageBox", "--param",
-                               R"({"msg":"m","contentFlag":9,"flag":0,"selCheckText":["a","b"]})", "--do", steps});
-        QVERIFY2(r.exitCode == 0, qPrintable(r.err));
-        const QJsonObject param = r.answerLine().value("param").toObject();
-        QCOMPARE(param.value("selectedCheck").toInt(-99), selectedCheck);
-        QCOMPARE(r.answerLine().value("result").toInt(-99), 1);
-    }
-
-    // A line a check can read for each message box that came up, even one of several lines.
     // The painted tab bar: a tab chosen by its text, the plus, a step that finds no tab.
     void tabBarCommandPrintsTabsAndCurrent()
     {
@@ -212,44 +174,6 @@ private Q_SLOTS:
         QCOMPARE(missing.exitCode, 2);
         QVERIFY2(missing.err.contains(QStringLiteral("no item \"Nothing\"")), qPrintable(missing.err));
         QCOMPARE(run({"tabbar", "--width", "0"}).exitCode, 2);
-    }
-
-    // At scale 2 the bar paints the same geometry in twice the pixels: the current tab's fill, which
-    // starts 12 pixels in, stands at twice its place, and a click at a logical point hits the same tab.
-    void tabBarPaintsTheSameGeometryAtScaleTwo()
-    {
-        const QString one = tempPath(QStringLiteral("tabs-1.png"));
-        const QString two = tempPath(QStringLiteral("tabs-2.png"));
-        const QStringList args{"tabbar", "Plan", "Section", "--current", "0", "--width", "300"};
-        const ZruiRun plain = run(args + QStringList{"--do", "shot:" + one});
-        const ZruiRun scaled = run(args + QStringList{"--do", "shot:" + two}, QStringLiteral(ZR_ZRUI_FILE),
-                                   {{QStringLiteral("QT_SCALE_FACTOR"), QStringLiteral("2")}});
-        QCOMPARE(plain.exitCode, 0);
-        QCOMPARE(scaled.exitCode, 0);
-        const QImage small(one);
-        const QImage large(two);
-        QCOMPARE(large.size(), small.size() * 2);
-        const QColor fill = small.pixelColor(15, 5);
-        QCOMPARE(large.pixelColor(30, 10), fill);
-        QVERIFY(small.pixelColor(6, 2) != fill); // left of the slanted edge
-        QVERIFY(large.pixelColor(12, 4) != fill);
-
-        const ZruiRun clicked = run({"tabbar", "Plan", "Section", "--current", "0", "--do", "clickat:ZrTabBar@120,12"},
-                                    QStringLiteral(ZR_ZRUI_FILE), {{QStringLiteral("QT_SCALE_FACTOR"), QStringLiteral("2")}});
-        QCOMPARE(clicked.answerLine().value(QStringLiteral("current")).toInt(),
-                 run({"tabbar", "Plan", "Section", "--current", "0", "--do", "clickat:ZrTabBar@120,12"})
-                     .answerLine().value(QStringLiteral("current")).toInt());
-    }
-
-    void messageBoxesAreToldOnStderr()
-    {
-        const ZruiRun r = run({"dialog", "MessageBox", "--param",
-                               R"({"title":"标题","msg":"第一行\n第二行","flag":0,"contentFlag":1})", "--do",
-                               "key:Esc"});
-        QVERIFY2(r.exitCode == 0, qPrintable(r.err));
-        const QStringList lines = r.err.split('\n', Qt::SkipEmptyParts);
-        QVERIFY2(lines.contains(QStringLiteral("zrui: message box \"标题\": 第一行\\n第二行")), qPrintable(r.err));
-        QCOMPARE(r.answerLine().value("result").toInt(-99), 2);
     }
 
     // Command buttons are clicked by their caption. Before the check box is cleared the second one
@@ -280,22 +204,15 @@ private Q_SLOTS:
         QTest::newRow("unknown dialog") << QStringList{"dialog", "About"} << 3 << "About";
         QTest::newRow("malformed JSON") << QStringList{"dialog", "MessageBox", "--param", "{"} << 2
                                         << "line \\d+, column \\d+";
-        QTest::newRow("parameter not an object") << QStringList{"dialog", "MessageBox", "--param", "[1]"} << 2
-                                                 << "object";
         QTest::newRow("missing param file") << QStringList{"dialog", "MessageBox", "--param-file", "/nonexistent/p.json"}
                                             << 2 << "/nonexistent/p.json";
         QTest::newRow("unknown step") << box + QStringList{"--do", "key:Esc;frob:1"} << 2 << "step 2 \"frob:1\"";
-        QTest::newRow("bad key") << box + QStringList{"--do", "key:Nonsense"} << 2 << "step 1 \"key:Nonsense\"";
-        QTest::newRow("missing focus target") << box + QStringList{"--do", "focus:nowhere"} << 2 << "step 1";
         QTest::newRow("missing click target") << box + QStringList{"--do", "wait:10;click:NoSuchButton"} << 2
                                               << "step 2 \"click:NoSuchButton\"";
         QTest::newRow("escaped semicolon stays in the step") << box + QStringList{"--do", "click:a\\;b"} << 2
                                                              << "step 1 \"click:a;b\"";
         QTest::newRow("no command") << QStringList{} << 2 << "usage";
-        QTest::newRow("dialog without a name") << QStringList{"dialog"} << 2 << "usage";
-        QTest::newRow("unknown option") << QStringList{"list", "--frob"} << 2 << "usage";
         QTest::newRow("bad theme") << box + QStringList{"--theme", "blue"} << 2 << "usage";
-        QTest::newRow("param and param file") << box + QStringList{"--param-file", "p.json"} << 2 << "usage";
         QTest::newRow("missing drawing") << box + QStringList{"--drawing", "/nonexistent/d.json"} << 2
                                          << "/nonexistent/d.json";
         QTest::newRow("broken drawing") << QStringList{"list", "--drawing", m_brokenDrawing} << 2
@@ -328,9 +245,6 @@ private Q_SLOTS:
         QTest::addColumn<QString>("warned");
 
         QTest::newRow("click, then OK") << "clickat:ZrPaleteWnd_standard@25,8;click:确定" << 1 << 2 << "";
-        QTest::newRow("hover, then a double click") << "hover:ZrPaleteWnd_standard@59,8;"
-                                                       "dblclickat:ZrPaleteWnd_standard@59,8"
-                                                    << 1 << 4 << "";
         QTest::newRow("click, then Cancel") << "clickat:ZrPaleteWnd_standard@25,8;click:取消" << 2 << 3 << "";
         QTest::newRow("bad colour text keeps the dialog open")
             << "focus:colorLineEdit;key:Ctrl+A;type:RGB:1,2;click:确定;key:Esc;key:Esc" << 2 << 3
@@ -351,20 +265,6 @@ private Q_SLOTS:
         QCOMPARE(r.answerLine().value("param").toObject().value("index").toInt(-99), index);
     }
 
-    // A true colour opens on the true colour tab; the RGB mode chosen, two channels typed and OK give
-    // the caller the new channels, the untouched one as it was.
-    void typedChannelsOfATrueColour()
-    {
-        const ZruiRun r = runColourDialog(R"({"method":194,"rgb":1971210})",
-                                          "select:colorModeCombo=RGB;focus:redSpinBox;key:Ctrl+A;type:200;"
-                                          "focus:blueSpinBox;key:Ctrl+A;type:7;click:确定");
-        QVERIFY2(r.exitCode == 0, qPrintable(r.err));
-        QCOMPARE(r.answerLine().value("result").toInt(-99), 1);
-        const QJsonObject param = r.answerLine().value("param").toObject();
-        QCOMPARE(param.value("method").toInt(-99), 194);
-        QCOMPARE(param.value("rgb").toInt(-99), 200 | 20 << 8 | 7 << 16);
-    }
-
     // The lineweight settings through zrui: the unit switched, a weight and the display chosen, then
     // OK; the answers come back in the parameter object.
     void lineWeightDialogAnswersTheChoices()
@@ -378,17 +278,6 @@ private Q_SLOTS:
         QCOMPARE(param.value("CELWEIGHT").toInt(-99), 50);
         QCOMPARE(param.value("LWDISPLAY").toBool(false), true);
         QCOMPARE(param.value("LWDISPSCALE").toDouble(-99), 0.55);
-    }
-
-    void listNamesTheDialogs()
-    {
-        const ZruiRun r = run({"list"});
-        QCOMPARE(r.exitCode, 0);
-        const QStringList names = QString::fromUtf8(r.out).split('\n', Qt::SkipEmptyParts);
-        for (const char* name : {"MessageBox", "ColorDialog", "TaskDialog", "LineWeightDialog", "FileDialogBox",
-                                 "FileNavDialogBox"})
-            QVERIFY2(names.contains(QLatin1String(name)), r.out.constData());
-        QVERIFY(!names.contains("About"));
     }
 
     // The file dialog's accept rules as a user meets them through zrui: typed names and Return,
@@ -434,25 +323,6 @@ private Q_SLOTS:
         QCOMPARE(r.err.count(QStringLiteral("zrui: message box")), box.isEmpty() ? 0 : 1);
     }
 
-    void screenshotsArePngsOfTheDialogInItsTheme()
-    {
-        QImage shots[2];
-        const char* const themes[] = {"light", "dark"};
-        for (int i = 0; i < 2; ++i) {
-            const QString shown = tempPath(QStringLiteral("shown-%1.png").arg(themes[i]));
-            const QString step = tempPath(QStringLiteral("step-%1.png").arg(themes[i]));
-            const ZruiRun r = run({"dialog", "MessageBox", "--param", kMessageBoxParam, "--theme", themes[i],
-                                   "--screenshot", shown, "--do", "shot:" + step + ";key:Esc"});
-            QVERIFY2(r.exitCode == 0, qPrintable(r.err));
-            QVERIFY(QFileInfo(step).size() > 0);
-            QVERIFY(QFileInfo(shown).size() > 0);
-            shots[i] = QImage(shown);
-            QVERIFY(!shots[i].isNull());
-            QVERIFY(shots[i].width() > 100 && shots[i].height() > 50);
-        }
-        QVERIFY2(meanLightness(shots[1]) < meanLightness(shots[0]), "the dark theme is not darker");
-    }
-
     // The headless path scripts/run-host.sh takes. The tour clicks two entities on different layers
     // and fails unless the layer box blanks, so a zero exit covers the selection path as well.
     void hostAppTakesItsScreenshots()
@@ -479,16 +349,6 @@ private Q_SLOTS:
         QVERIFY2(r.out.contains("\"result\": 2"), r.out.constData());
     }
 
-    void hostAppRefusesABrokenDrawing()
-    {
-        if (!QFileInfo::exists(hostAppFile()))
-            QSKIP("zrhostapp is not built");
-        const ZruiRun r = run({"--drawing", m_brokenDrawing, "--screenshot", tempPath(QStringLiteral("no-shots"))},
-                              hostAppFile());
-        QCOMPARE(r.exitCode, 2);
-        QVERIFY2(r.err.contains(QRegularExpression("broken-drawing.json.*line 2")), qPrintable(r.err));
-        QVERIFY(!QFileInfo::exists(tempPath(QStringLiteral("no-shots"))));
-    }
 };
 
 ZR_TEST_SUITE(TstZrui)
