@@ -1,4 +1,5 @@
 #include "ZrQtUtilsFunc.h"
+#include "zrbmpfile_p.h"
 
 #include "zrcmcolor.h"
 #include "zrconfig.h"
@@ -23,6 +24,7 @@
 #include <QTableView>
 #include <QTreeWidget>
 #include <climits>
+#include <cstring>
 #include <sys/stat.h>
 
 QString zrUiText(const char* key, const QString& def)
@@ -114,29 +116,18 @@ void drawSmoothPixmap(const QPoint& point, const QPixmap& pixmap, const QRect& s
 
 namespace {
 
-// The BMP file header put in front of a bitmap held in memory: "BM", the file's size, two reserved
-// words, and where the bits start behind the 40-byte information header.
-constexpr int kBmpFileHeaderSize = 14;
-constexpr uint16_t kBmpMagic = 19778;
+// The bits of a bitmap held in memory start behind the 14-byte file header and the 40-byte
+// information header.
 constexpr uint32_t kBmpDataOffset = 54;
-
-void appendLittle(QByteArray& out, uint32_t value, int bytes)
-{
-    for (int i = 0; i < bytes; ++i)
-        out.append(static_cast<char>((value >> (8 * i)) & 0xFF));
-}
 
 QImage imageOfBitmap(const uint8_t* bitmap, size_t size)
 {
-    if (size > size_t(INT_MAX - kBmpFileHeaderSize))
+    if (size > size_t(INT_MAX - kZrBmpFileHeaderSize))
         return QImage();
-    QByteArray file;
-    file.reserve(kBmpFileHeaderSize + static_cast<int>(size));
-    appendLittle(file, kBmpMagic, 2);
-    appendLittle(file, static_cast<uint32_t>(kBmpFileHeaderSize + size), 4);
-    appendLittle(file, 0, 4);
-    appendLittle(file, kBmpDataOffset, 4);
-    file.append(reinterpret_cast<const char*>(bitmap), static_cast<int>(size));
+    QByteArray file(kZrBmpFileHeaderSize + static_cast<int>(size), Qt::Uninitialized);
+    zrWriteBmpFileHeader(reinterpret_cast<uint8_t*>(file.data()), static_cast<uint32_t>(kZrBmpFileHeaderSize + size),
+                         kBmpDataOffset);
+    std::memcpy(file.data() + kZrBmpFileHeaderSize, bitmap, size);
     QImage image;
     if (!image.loadFromData(file, "BMP"))
         return QImage();

@@ -1,6 +1,7 @@
 #include "zrimagepreviewlabel.h"
 
 #include "ZrQtUtilsFunc.h"
+#include "zrbmpfile_p.h"
 #include "zrdynlinker.h"
 #include "zrglobaluireactor.h"
 #include "zrlogger.h"
@@ -29,7 +30,6 @@ enum Kind { kNone = 0, kImage = 1, kPdf = 2, kDwg = 3, kDwt = 4 };
 
 // Images of this size and more are not decoded unless the limit is off.
 constexpr qint64 kSizeLimit = 2097152;
-constexpr int kBmpFileHeaderSize = 14;
 constexpr int kBmpInfoHeaderSize = 40;
 
 int kindOfExtension(const QString& extension)
@@ -64,12 +64,9 @@ using Bytes = std::vector<uchar>;
 // to the caller.
 Bytes bmpFile(quint64 restSize, quint32 dibHeaderSize, quint32 paletteSize)
 {
-    Bytes file(size_t(kBmpFileHeaderSize + restSize));
-    uchar* p = file.data();
-    qToLittleEndian<quint16>(19778, p); // "BM"
-    qToLittleEndian<quint32>(quint32(kBmpFileHeaderSize + restSize), p + 2);
-    qToLittleEndian<quint32>(0, p + 6);
-    qToLittleEndian<quint32>(kBmpFileHeaderSize + dibHeaderSize + paletteSize, p + 10);
+    Bytes file(size_t(kZrBmpFileHeaderSize + restSize));
+    zrWriteBmpFileHeader(file.data(), quint32(kZrBmpFileHeaderSize + restSize),
+                         kZrBmpFileHeaderSize + dibHeaderSize + paletteSize);
     return file;
 }
 
@@ -87,7 +84,7 @@ Bytes bmpOfRaster(const ZrGiRasterImage& image)
     const quint64 scanLine = ZrGiRasterImage::calcBMPScanLineSize(quint64(width), bits);
     const quint64 imageSize = scanLine * quint64(height);
     Bytes file = bmpFile(kBmpInfoHeaderSize + paletteSize + imageSize, kBmpInfoHeaderSize, paletteSize);
-    uchar* p = file.data() + kBmpFileHeaderSize;
+    uchar* p = file.data() + kZrBmpFileHeaderSize;
     qToLittleEndian<quint32>(kBmpInfoHeaderSize, p);
     qToLittleEndian<qint32>(width, p + 4);
     qToLittleEndian<qint32>(-height, p + 8);
@@ -145,7 +142,7 @@ quint16 readLittleEndian16(ZrStreamBuf& stream)
 // The DIB of a drawing's preview made into a BMP file; empty when its header does not fit its rows.
 Bytes bmpOfDib(std::vector<uint8_t>& dib)
 {
-    if (dib.size() < 16 || dib.size() > std::numeric_limits<uint>::max() - kBmpFileHeaderSize)
+    if (dib.size() < 16 || dib.size() > std::numeric_limits<uint>::max() - kZrBmpFileHeaderSize)
         return Bytes();
     const ZrSmartPtr<ZrFlatMemStream> stream = ZrFlatMemStream::createNew(dib.data(), dib.size());
     const quint32 headerSize = readLittleEndian32(*stream);
@@ -159,7 +156,7 @@ Bytes bmpOfDib(std::vector<uint8_t>& dib)
     if (width <= 0 || rows == 0 || bits == 0 || bits > 32 || quint64(headerSize) + paletteSize + imageSize > dib.size())
         return Bytes();
     Bytes file = bmpFile(dib.size(), headerSize, quint32(paletteSize));
-    std::copy(dib.begin(), dib.end(), file.begin() + kBmpFileHeaderSize);
+    std::copy(dib.begin(), dib.end(), file.begin() + kZrBmpFileHeaderSize);
     return file;
 }
 
